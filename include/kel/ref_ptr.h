@@ -16,10 +16,7 @@ public:
   ref_ptr(T* object) : m_object(object) { acquire(); }
   ref_ptr(const ref_ptr& other) : m_object(other.m_object) { acquire(); }
   ref_ptr(ref_ptr&& other) noexcept : m_object(std::exchange(other.m_object, nullptr)) {}
-  template <class U> ref_ptr(const ref_ptr<U>& other) : m_object(other.get())
-  {
-    acquire();
-  }
+  template <class U> ref_ptr(const ref_ptr<U>& other) : m_object(other.get()) { acquire(); }
   ~ref_ptr() { release(m_object); }
 
   /// Takes the new object before it lets go of the old one, which may own the new one.

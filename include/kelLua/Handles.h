@@ -8,8 +8,8 @@ class Referenced;
 /// Handles: the userdata through which scripts see engine objects.
 ///
 /// A handle holds the object's address and is unique for address and class tree as long as it lives. It never
-/// dangles: when a counted object dies, its handles and the handles on its members become null, so that the next
-/// use says "invalid 'self'". All functions run on the Lua thread.
+/// dangles: when a counted object dies, its handles and the handles on its members become null, so that the
+/// next use says "invalid 'self'". All functions run on the Lua thread.
 namespace kelLua::handles {
 
 /// Prepares a state: called once for each state, after `tolua_open`. Opening again changes nothing.
@@ -21,23 +21,29 @@ void push(lua_State* L, const void* object, const char* type);
 /// Pushes a handle on a counted object; nil for null. Takes no reference. The handle is cleared when it dies.
 void pushCounted(lua_State* L, const kel::Referenced* counted, const void* object, const char* type);
 
-/// Pushes a handle on something that lies inside the object at stack index `owner`; nil for null. The new handle
-/// keeps the owner's handle alive and is cleared when the owner dies.
+/// Pushes a handle on something that lies inside the object at stack index `owner`; nil for null. The new
+/// handle keeps the owner's handle alive and is cleared when the owner dies.
 void pushMember(lua_State* L, const void* object, const char* type, int owner);
 
 /// Registers the handle on top of the stack for collection, so that the class's collector runs on its object.
 void collectTop(lua_State* L);
 
-/// Notes that the engine object at `object` is a script adapter whose functions live in the handle on top of the
-/// stack; `owned` says that the handle holds a reference. One that holds none is kept until the adapter dies.
+/// Notes that the engine object at `object` is a script adapter whose functions live in the handle on top of
+/// the stack; `owned` says that the handle holds a reference. One that holds none is kept until the adapter
+/// dies.
 void adapterTop(lua_State* L, const void* object, bool owned);
 
-/// The finaliser's half of that: the handle at stack index 1 has just given up its reference on an adapter that
-/// lives on; keeps the handle, and so the script's functions, until the adapter dies.
+/// The finaliser's half of that: the handle at stack index 1 has just given up its reference on an adapter
+/// that lives on; keeps the handle, and so the script's functions, until the adapter dies.
 void keepAdapter(lua_State* L, const void* object);
 
-/// Pushes the handle of an adapter that entered itself with the script manager; nil when no script has seen it.
+/// Pushes the handle of an adapter that entered itself with the script manager; nil when no script has seen
+/// it.
 void pushAdapter(lua_State* L, const void* object);
+
+/// An adapter left the script manager: clears its handle and lets the script's functions go. Harmless for an
+/// adapter that no script has seen and while a state closes. Never throws.
+void forgetAdapter(const void* object) noexcept;
 
 /// Clears the handle at stack index `index` (`delete`): its object is null from now on and no collector runs.
 void clear(lua_State* L, int index);
