@@ -55,9 +55,9 @@ public:
   constexpr void makeIdentity() { *this = Matrix3x3T(); }
 
   /// Exact comparison of the elements.
-  friend constexpr bool operator==(const Matrix3x3T& a, const Matrix3x3T& b)
+  constexpr bool operator==(const Matrix3x3T& other) const
   {
-    return a.m_rows[0] == b.m_rows[0] && a.m_rows[1] == b.m_rows[1] && a.m_rows[2] == b.m_rows[2];
+    return m_rows[0] == other.m_rows[0] && m_rows[1] == other.m_rows[1] && m_rows[2] == other.m_rows[2];
   }
   /// Whether no element is a NaN.
   constexpr bool isValid() const { return m_rows[0].isValid() && m_rows[1].isValid() && m_rows[2].isValid(); }

@@ -29,7 +29,7 @@ public:
   template <class U> explicit constexpr QuatT(const QuatT<U>& other) : m_elements(other.asVec4()) {}
 
   /// Exact comparison of the elements, so that q and -q differ.
-  friend constexpr bool operator==(const QuatT& a, const QuatT& b) { return a.m_elements == b.m_elements; }
+  constexpr bool operator==(const QuatT& other) const { return m_elements == other.m_elements; }
 
   constexpr T x() const { return m_elements.x(); }
   constexpr T& x() { return m_elements.x(); }

@@ -39,9 +39,9 @@ public:
   }
 
   /// Exact comparison; a NaN equals nothing.
-  friend constexpr bool operator==(const V& a, const V& b)
+  constexpr bool operator==(const VecBase& other) const
   {
-    return all([&](std::size_t i) { return a[i] == b[i]; });
+    return all([&](std::size_t i) { return m_data[i] == other[i]; });
   }
   /// Whether each element is smaller in size than the machine epsilon of `T`.
   constexpr bool equalsZero() const requires std::floating_point<T>
