@@ -66,7 +66,11 @@ public:
   /// Whether this is exactly the identity.
   constexpr bool isIdentity() const { return *this == Matrix3x3T(); }
   /// Whether the elements off the diagonal are exactly 0.
-  constexpr bool isDiagonal() const { return *this == Matrix3x3T(getDiagonal()); }
+  constexpr bool isDiagonal() const
+  {
+    const Matrix3x3T& m = *this;
+    return m(0, 1) == 0 && m(0, 2) == 0 && m(1, 0) == 0 && m(1, 2) == 0 && m(2, 0) == 0 && m(2, 1) == 0;
+  }
 
   /// The matrix with `postMult(w)` equal to the cross product of `v` and `w`.
   static constexpr Matrix3x3T crossMatrix(const Vec3& v)

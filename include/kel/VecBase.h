@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <limits>
 #include <stdexcept>
+#include <type_traits>
 #include <utility>
 
 namespace kel {
@@ -31,8 +32,9 @@ public:
   /// A vector of uniform random elements of [min, max], the last element drawn first.
   static V random(T min, T max)
   {
+    using Bound = std::conditional_t<std::floating_point<T>, T, Real>;
     V v;
-    for (std::size_t i = N; i-- > 0;) v[i] = static_cast<T>(kel::random(min, max));
+    for (std::size_t i = N; i-- > 0;) v[i] = static_cast<T>(kel::random(Bound(min), Bound(max)));
     return v;
   }
 
