@@ -1,5 +1,6 @@
 #include "ClassEvents.h"
 #include <cstring>
+#include <initializer_list>
 #include <lua.hpp>
 #include <tolua++.h>
 
@@ -107,9 +108,12 @@ int tableIndex(lua_State* L)
 int index(lua_State* L)
 {
   switch (lua_type(L, 1)) {
-  case LUA_TUSERDATA: return objectIndex(L);
-  case LUA_TTABLE: return tableIndex(L);
-  default: return 0;
+  case LUA_TUSERDATA:
+    return objectIndex(L);
+  case LUA_TTABLE:
+    return tableIndex(L);
+  default:
+    return 0;
   }
 }
 

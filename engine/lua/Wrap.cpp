@@ -7,7 +7,8 @@ namespace kelLua::wrap {
 
 namespace {
 
-/// Whether the table at index 1 is the class table of the type, plain or const, or of a class that derives from it.
+/// Whether the table at index 1 is the class table of the type, plain or const, or of a class that derives
+/// from it.
 bool isClassTable(lua_State* L, const char* type)
 {
   const int top = lua_gettop(L);
@@ -108,12 +109,12 @@ bool isReference(lua_State* L, int n, const Type& type, tolua_Error* failure)
 
 void pushAddress(lua_State* L, const void* value) { tolua_pushuserdata(L, const_cast<void*>(value)); }
 
-int openPackage(lua_State* L, const TypeEntry* types, std::size_t numTypes, const Entry* entries)
+int openPackage(lua_State* L, const TypeEntry* types, const Entry* entries)
 {
   tolua_open(L);
   handles::open(L);
   openClassEvents(L);
-  for (std::size_t i = 0; i < numTypes; ++i) enterType(L, types[i]);
+  for (const TypeEntry* type = types; type->name; ++type) enterType(L, *type);
   tolua_module(L, nullptr, 0);
   tolua_beginmodule(L, nullptr);
   int depth = 1;
@@ -132,10 +133,18 @@ int openPackage(lua_State* L, const TypeEntry* types, std::size_t numTypes, cons
       tolua_endmodule(L);
       --depth;
       break;
-    case Entry::Kind::Function: tolua_function(L, entry->name, entry->function); break;
-    case Entry::Kind::Constant: tolua_constant(L, entry->name, entry->value); break;
-    case Entry::Kind::Variable: tolua_variable(L, entry->name, entry->function, entry->setter); break;
-    case Entry::Kind::Chunk: runChunk(L, *entry); break;
+    case Entry::Kind::Function:
+      tolua_function(L, entry->name, entry->function);
+      break;
+    case Entry::Kind::Constant:
+      tolua_constant(L, entry->name, entry->value);
+      break;
+    case Entry::Kind::Variable:
+      tolua_variable(L, entry->name, entry->function, entry->setter);
+      break;
+    case Entry::Kind::Chunk:
+      runChunk(L, *entry);
+      break;
     }
   }
   return 1;

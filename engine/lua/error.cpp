@@ -26,16 +26,23 @@ void pushPosition(lua_State* L)
 void pushGiven(lua_State* L, int index)
 {
   switch (lua_type(L, index)) {
-  case LUA_TNUMBER: lua_pushfstring(L, "     given: %f\n", lua_tonumber(L, index)); return;
-  case LUA_TSTRING: lua_pushfstring(L, "     given: \"%s\"\n", lua_tostring(L, index)); return;
-  case LUA_TBOOLEAN: lua_pushfstring(L, "     given: %s\n", lua_toboolean(L, index) ? "true" : "false"); return;
+  case LUA_TNUMBER:
+    lua_pushfstring(L, "     given: %f\n", lua_tonumber(L, index));
+    return;
+  case LUA_TSTRING:
+    lua_pushfstring(L, "     given: \"%s\"\n", lua_tostring(L, index));
+    return;
+  case LUA_TBOOLEAN:
+    lua_pushfstring(L, "     given: %s\n", lua_toboolean(L, index) ? "true" : "false");
+    return;
   case LUA_TUSERDATA:
     if (!*static_cast<void**>(lua_touserdata(L, index))) {
       lua_pushliteral(L, "     given: a handle whose object is gone\n");
       return;
     }
     break;
-  default: break;
+  default:
+    break;
   }
   lua_pushliteral(L, "");
 }
@@ -48,10 +55,11 @@ void pushReport(lua_State* L, const char* text, const tolua_Error& failure)
   const int argument = failure.index - (shifted ? 1 : 0);
   const char* provided = tolua_typename(L, failure.index);
   if (text[1] == 'f')
-    lua_pushfstring(L, "%s\n     argument #%d is %s'%s'; %s'%s' expected.\n", text + 2, argument, array, provided, array,
-                    failure.type);
+    lua_pushfstring(L, "%s\n     argument #%d is %s'%s'; %s'%s' expected.\n", text + 2, argument, array,
+                    provided, array, failure.type);
   else
-    lua_pushfstring(L, "%s\n     value is %s'%s'; %s'%s' expected.\n", text + 2, array, provided, array, failure.type);
+    lua_pushfstring(L, "%s\n     value is %s'%s'; %s'%s' expected.\n", text + 2, array, provided, array,
+                    failure.type);
   pushGiven(L, failure.index);
   lua_concat(L, 2);
 }

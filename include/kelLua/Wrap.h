@@ -15,7 +15,8 @@
 /// results. Guards that fail fill in a `tolua_Error` and raise nothing; functions that raise say so.
 namespace kelLua::wrap {
 
-/// A type string of the scripts, such as "kel::Vec3" or "const kel::Vec3"; one static record a string and package.
+/// A type string of the scripts, such as "kel::Vec3" or "const kel::Vec3"; one static record a string and
+/// package.
 struct Type
 {
   const char* name;
@@ -37,8 +38,7 @@ template <class T> constexpr bool isCounted = derivesFrom<kel::Referenced, std::
 template <class T> constexpr bool isAdapter = derivesFrom<LuaCallback, std::remove_cv_t<T>>();
 
 /// Room for a T that is never made.
-template <class T> union Unmade
-{
+template <class T> union Unmade {
   char none = 0;
   T object;
   constexpr Unmade() {}
@@ -58,8 +58,8 @@ template <class T, class Base> constexpr bool hasBaseAtStart()
 
 // ---- Failures. None of these comes back.
 
-/// No overload took the arguments: `error in function 'name'.` and a report on the lowest overload's argument.
-/// `signatures` lists the overloads, one a line.
+/// No overload took the arguments: `error in function 'name'.` and a report on the lowest overload's
+/// argument. `signatures` lists the overloads, one a line.
 [[noreturn]] void failed(lua_State* L, const char* name, tolua_Error* failure, const char* signatures);
 /// `invalid 'self' in function 'name'`.
 [[noreturn]] void badSelf(lua_State* L, const char* name);
@@ -79,10 +79,22 @@ inline bool isSelf(lua_State* L, const Type& type, tolua_Error* failure)
 {
   return tolua_isusertype(L, 1, type.name, 0, failure) != 0;
 }
-inline bool isNumber(lua_State* L, int n, tolua_Error* failure) { return tolua_isnumber(L, n, 0, failure) != 0; }
-inline bool isBool(lua_State* L, int n, tolua_Error* failure) { return tolua_isboolean(L, n, 0, failure) != 0; }
-inline bool isString(lua_State* L, int n, tolua_Error* failure) { return tolua_isstring(L, n, 0, failure) != 0; }
-inline bool isAddress(lua_State* L, int n, tolua_Error* failure) { return tolua_isuserdata(L, n, 0, failure) != 0; }
+inline bool isNumber(lua_State* L, int n, tolua_Error* failure)
+{
+  return tolua_isnumber(L, n, 0, failure) != 0;
+}
+inline bool isBool(lua_State* L, int n, tolua_Error* failure)
+{
+  return tolua_isboolean(L, n, 0, failure) != 0;
+}
+inline bool isString(lua_State* L, int n, tolua_Error* failure)
+{
+  return tolua_isstring(L, n, 0, failure) != 0;
+}
+inline bool isAddress(lua_State* L, int n, tolua_Error* failure)
+{
+  return tolua_isuserdata(L, n, 0, failure) != 0;
+}
 /// An object of the type or nil.
 inline bool isPointer(lua_State* L, int n, const Type& type, tolua_Error* failure)
 {
@@ -90,7 +102,10 @@ inline bool isPointer(lua_State* L, int n, const Type& type, tolua_Error* failur
 }
 /// An object of the type that lives: neither nil nor a cleared handle.
 bool isReference(lua_State* L, int n, const Type& type, tolua_Error* failure);
-inline bool isTable(lua_State* L, int n, tolua_Error* failure) { return tolua_istable(L, n, 0, failure) != 0; }
+inline bool isTable(lua_State* L, int n, tolua_Error* failure)
+{
+  return tolua_istable(L, n, 0, failure) != 0;
+}
 /// A table with at least `size` numbers.
 inline bool isNumberArray(lua_State* L, int n, int size, tolua_Error* failure)
 {
@@ -115,8 +130,9 @@ inline bool optReference(lua_State* L, int n, const Type& type, tolua_Error* e)
 
 // ---- Readers of guarded values.
 
-/// A Lua number as a T: truncated toward zero and wrapped to the width of an integer or enum, never undefined.
-/// NaN and what no 64-bit integer holds give the processor's "indefinite" value, 0x8000000000000000.
+/// A Lua number as a T: truncated toward zero and wrapped to the width of an integer or enum, never
+/// undefined. NaN and what no 64-bit integer holds give the processor's "indefinite" value,
+/// 0x8000000000000000.
 template <class T> T toNumber(double value)
 {
   const auto truncate = [](double v) { return _mm_cvttsd_si64(_mm_set_sd(v)); };
@@ -133,7 +149,10 @@ template <class T> T toNumber(double value)
 }
 
 template <class T> T number(lua_State* L, int n) { return toNumber<T>(lua_tonumber(L, n)); }
-template <class T> T number(lua_State* L, int n, T absent) { return isGiven(L, n) ? number<T>(L, n) : absent; }
+template <class T> T number(lua_State* L, int n, T absent)
+{
+  return isGiven(L, n) ? number<T>(L, n) : absent;
+}
 
 inline bool flag(lua_State* L, int n) { return lua_toboolean(L, n) != 0; }
 inline bool flag(lua_State* L, int n, bool absent) { return isGiven(L, n) ? flag(L, n) : absent; }
@@ -145,13 +164,22 @@ inline const char* text(lua_State* L, int n, const char* absent = "")
   return s ? s : absent;
 }
 inline std::string string(lua_State* L, int n) { return text(L, n); }
-inline std::string string(lua_State* L, int n, const std::string& absent) { return text(L, n, absent.c_str()); }
+inline std::string string(lua_State* L, int n, const std::string& absent)
+{
+  return text(L, n, absent.c_str());
+}
 
 inline void* address(lua_State* L, int n) { return tolua_touserdata(L, n, nullptr); }
 
 /// Null for nil and for a cleared handle.
-template <class T> T* pointer(lua_State* L, int n) { return static_cast<T*>(tolua_tousertype(L, n, nullptr)); }
-template <class T> T* pointer(lua_State* L, int n, T* absent) { return isGiven(L, n) ? pointer<T>(L, n) : absent; }
+template <class T> T* pointer(lua_State* L, int n)
+{
+  return static_cast<T*>(tolua_tousertype(L, n, nullptr));
+}
+template <class T> T* pointer(lua_State* L, int n, T* absent)
+{
+  return isGiven(L, n) ? pointer<T>(L, n) : absent;
+}
 
 template <class T> T& reference(lua_State* L, int n) { return *pointer<T>(L, n); }
 /// Raises when there is no object, which only an optional position allows.
@@ -189,7 +217,10 @@ template <class T> T* owner(lua_State* L, const char* variable)
 
 // ---- Results. Each pushes one value.
 
-template <class T> void pushNumber(lua_State* L, T value) { lua_pushnumber(L, static_cast<lua_Number>(value)); }
+template <class T> void pushNumber(lua_State* L, T value)
+{
+  lua_pushnumber(L, static_cast<lua_Number>(value));
+}
 inline void pushBool(lua_State* L, bool value) { lua_pushboolean(L, value); }
 inline void pushString(lua_State* L, const char* value) { lua_pushstring(L, value); }
 /// Up to the first NUL. Anything that has `c_str()`: texts, names, paths.
@@ -201,7 +232,8 @@ template <class T> T* plain(T* object) { return object; }
 template <class P> auto plain(const P& smart) -> decltype(smart.get()) { return smart.get(); }
 
 /// An object that is no part of another one; a view, never owned by the script.
-template <class T, bool Counted = isCounted<T>> void pushObject(lua_State* L, const T* object, const Type& type)
+template <class T, bool Counted = isCounted<T>>
+void pushObject(lua_State* L, const T* object, const Type& type)
 {
   if constexpr (Counted)
     handles::pushCounted(L, object, object, type.name);
@@ -209,7 +241,8 @@ template <class T, bool Counted = isCounted<T>> void pushObject(lua_State* L, co
     handles::push(L, object, type.name);
 }
 /// An object that self gives: counted, or a part of self whose handle lives and dies with that of self.
-template <class T, bool Counted = isCounted<T>> void pushMember(lua_State* L, const T* object, const Type& type)
+template <class T, bool Counted = isCounted<T>>
+void pushMember(lua_State* L, const T* object, const Type& type)
 {
   if constexpr (Counted)
     handles::pushCounted(L, object, object, type.name);
@@ -222,7 +255,8 @@ template <class T> void pushCopy(lua_State* L, T value, const Type& type)
   handles::push(L, new T(std::move(value)), type.name);
   handles::collectTop(L);
 }
-/// A new object; `local` gives the script a reference of its own, or the object itself where T is not counted.
+/// A new object; `local` gives the script a reference of its own, or the object itself where T is not
+/// counted.
 template <class T> void pushNew(lua_State* L, T* object, const Type& type, bool local)
 {
   if constexpr (isCounted<T>) {
@@ -280,15 +314,24 @@ struct TypeEntry
 /// One step of a package's open function.
 struct Entry
 {
-  enum class Kind : unsigned char { Module, Class, End, Function, Constant, Variable, Chunk };
+  enum class Kind : unsigned char
+  {
+    Module,
+    Class,
+    End,
+    Function,
+    Constant,
+    Variable,
+    Chunk
+  };
 
   Kind kind;
   const char* name = nullptr;
-  const char* type = nullptr;    ///< Class: its type string. Chunk: its text.
-  const char* base = nullptr;    ///< Class: the type string of its base, or "".
+  const char* type = nullptr;       ///< Class: its type string. Chunk: its text.
+  const char* base = nullptr;       ///< Class: the type string of its base, or "".
   lua_CFunction function = nullptr; ///< Function; class: its collector; variable: its getter.
   lua_CFunction setter = nullptr;   ///< Variable: null for read-only.
-  double value = 0;              ///< Constant. Module: whether it has variables. Chunk: its length.
+  double value = 0;                 ///< Constant. Module: whether it has variables. Chunk: its length.
 };
 
 constexpr Entry module(const char* name, bool hasVariables)
@@ -318,7 +361,7 @@ template <std::size_t N> constexpr Entry chunk(const char* name, const char (&te
 }
 
 /// Enters a package into the state: its types, then its members, which end with the one `end()` too many.
-/// Doing it again changes nothing. Returns 1.
-int openPackage(lua_State* L, const TypeEntry* types, std::size_t numTypes, const Entry* entries);
+/// The types end with a null name. Doing it again changes nothing. Returns 1.
+int openPackage(lua_State* L, const TypeEntry* types, const Entry* entries);
 
 } // namespace kelLua::wrap

@@ -20,6 +20,7 @@ ${wrappers}
 ${chunks}
 const wrap::TypeEntry TYPES[] = {
     ${typeEntries}
+    {nullptr, nullptr},
 };
 
 const wrap::Entry MEMBERS[] = {
@@ -31,7 +32,7 @@ const wrap::Entry MEMBERS[] = {
 
 int tolua_${name}_open(lua_State* L)
 {
-  return wrap::openPackage(L, TYPES, std::size(TYPES), MEMBERS);
+  return wrap::openPackage(L, TYPES, MEMBERS);
 }
 
 int luaopen_${name}(lua_State* L)
@@ -178,7 +179,7 @@ end
 local function pushObject(t, expression, member)
   local type = record(t.typeString)
   if t.kind == "value" then return "wrap::pushCopy<"..t.cpp..">(L, "..expression..", "..type..");" end
-  local address = t.kind == "reference" and "&"..expression or "wrap::plain("..expression..")"
+  local address = t.kind == "reference" and "&("..expression..")" or "wrap::plain("..expression..")"
   return "wrap::"..(member and "pushMember" or "pushObject").."<"..t.cpp..">(L, "..address..", "..type..");"
 end
 
@@ -188,11 +189,16 @@ local function pushResult(f, call)
   return pushBasic(f.result, call) or pushObject(f.result, call, hasSelf(f))
 end
 
+local OPERATORS = {["[]"] = "(*self)[${a}]", ["&[]"] = "(*self)[${a}] = ${b}"}
+
+-- operators are written out, as they may be free functions
 local function callText(f, actual)
-  if f.operator == "&[]" then return "(*self)["..actual[1].."] = "..actual[2] end
   local prefix = ""
   if f.body then
     if hasSelf(f) then table.insert(actual, 1, "self") end
+  elseif OPERATORS[f.operator] then return T.fill(OPERATORS[f.operator], {a = actual[1] or "", b = actual[2] or ""})
+  elseif f.operator and #actual == 0 and f.operator == "-" then return "-*self"
+  elseif f.operator and #actual == 1 then return "*self "..f.operator.." "..actual[1]
   elseif hasSelf(f) then prefix = "self->" end
   return prefix..f.call.."("..table.concat(actual, ", ")..")"
 end

@@ -48,8 +48,14 @@ load "front"
 local emitters = {cpp = load "emit_cpp", stub = load "emit_stub", reference = load "emit_reference", dump = load "dump"}
 local model = load "model"
 
+-- files that would not change stay, so that nothing is compiled again
 local function save(name, text)
-  local file = assert(io.open(_extra_parameters.out.."/"..name, "w"))
+  local path = _extra_parameters.out.."/"..name
+  local old = io.open(path)
+  local same = old and old:read("*a") == text
+  if old then old:close() end
+  if same then return end
+  local file = assert(io.open(path, "w"))
   file:write(text)
   file:close()
 end

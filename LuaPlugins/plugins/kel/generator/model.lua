@@ -93,14 +93,15 @@ local function makeFunction(parsed, class, overloads)
   local f = {
     tag = "function", name = parsed.lname, errorName = parsed.name, class = class, doc = parsed.doc, body = parsed.body,
     cname = string.sub(parsed.cname, 1, -3), number = tonumber(string.sub(parsed.cname, -2)),
-    static = string.find(parsed.mod, "%f[%w]static%f[%W]") ~= nil, operator = parsed.kind,
+    static = string.find(parsed.mod, "%f[%w]static%f[%W]") ~= nil,
+    operator = getmetatable(parsed) == classOperator and not parsed.cast_operator and parsed.kind or nil,
   }
   f.constructor = class and parsed.name == "new" or nil
   f.destructor = class and parsed.name == "delete" or nil
   f.self = not class and "none" or (f.constructor or f.static) and "class" or parsed.const == "const" and "const" or "plain"
   f.args = arguments(parsed, where)
   if f.constructor then f.result = {kind = "pointer", cpp = class.type, typeString = class.type}
-  elseif f.destructor or parsed.kind == "&[]" then f.result = {kind = "void"}
+  elseif f.destructor or f.operator == "&[]" then f.result = {kind = "void"}
   else
     f.result = makeType(parsed, where)
     f.result.inout = nil
