@@ -54,6 +54,7 @@ void pushReport(lua_State* L, const char* text, const tolua_Error& failure)
   const char* array = failure.array ? "array of " : "";
   const int argument = failure.index - (shifted ? 1 : 0);
   const char* provided = tolua_typename(L, failure.index);
+  const int name = lua_gettop(L);
   if (text[1] == 'f')
     lua_pushfstring(L, "%s\n     argument #%d is %s'%s'; %s'%s' expected.\n", text + 2, argument, array,
                     provided, array, failure.type);
@@ -62,6 +63,7 @@ void pushReport(lua_State* L, const char* text, const tolua_Error& failure)
                     failure.type);
   pushGiven(L, failure.index);
   lua_concat(L, 2);
+  lua_remove(L, name);
 }
 
 } // namespace
