@@ -40,8 +40,8 @@ public:
   /// (m00, m11, m22).
   constexpr Vec3 getDiagonal() const { return Vec3(m_data[0], m_data[5], m_data[4]); }
   /// Sets from whatever a constructor takes.
-  /// Becomes the identity.
   template <class... Args> constexpr void set(const Args&... args) { *this = SPDMatrix3x3(args...); }
+  /// Becomes the identity.
   constexpr void makeIdentity() { *this = SPDMatrix3x3(); }
 
   /// Exact comparison of the elements.
