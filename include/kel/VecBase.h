@@ -57,10 +57,12 @@ public:
   /// Whether any element is a NaN.
   constexpr bool isNaN() const { return !isValid(); }
 
+  /// The sum.
   constexpr V operator+(const V& other) const
   {
     return generate([&](std::size_t i) { return m_data[i] + other[i]; });
   }
+  /// The difference.
   constexpr V operator-(const V& other) const
   {
     return generate([&](std::size_t i) { return m_data[i] - other[i]; });
@@ -70,6 +72,7 @@ public:
   {
     return generate([&](std::size_t i) { return -m_data[i]; });
   }
+  /// Each element times a factor.
   constexpr V operator*(T factor) const
   {
     return generate([&](std::size_t i) { return m_data[i] * factor; });
@@ -80,6 +83,7 @@ public:
   {
     return generate([&](std::size_t i) { return m_data[i] / divisor; });
   }
+  /// In place, as the operators without assignment.
   constexpr V& operator+=(const V& other) { return self() = self() + other; }
   constexpr V& operator-=(const V& other) { return self() = self() - other; }
   constexpr V& operator*=(T factor) { return self() = self() * factor; }
