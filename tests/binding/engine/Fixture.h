@@ -94,7 +94,12 @@ public:
 class Body : public kel::Referenced, public Streamed
 {
 public:
-  enum Mode { STATIC = 1, KINEMATIC = 2, DYNAMIC = 3 };
+  enum Mode
+  {
+    STATIC = 1,
+    KINEMATIC = 2,
+    DYNAMIC = 3
+  };
 
   /// A part that lies inside.
   class Part
@@ -197,6 +202,12 @@ public:
 
 private:
   Vector m_inner;
+};
+
+class SafeHolder : public Holder
+{
+public:
+  int two() const { return 2; }
 };
 
 /// What scripts derive from.
