@@ -25,9 +25,9 @@ template <class T> std::string list(const char* open, const T* elements, std::si
   return stream.str();
 }
 
-template <class T> std::string call(std::string name, const T* elements, std::size_t count)
+template <class T> std::string call(const char* name, const T* elements, std::size_t count)
 {
-  return name + suffix<T>() + list("(", elements, count, ")");
+  return std::string(name) + suffix<T>() + list("(", elements, count, ")");
 }
 
 } // namespace

@@ -102,6 +102,8 @@ void missingObject(lua_State* L, int n, const Type& type, const char* name)
   failed(L, name, &failure, nullptr);
 }
 
+void outOfRange(lua_State* L) { raise(L, lua_tostring(L, -1), nullptr, nullptr); }
+
 bool isClass(lua_State* L, const Type& type, tolua_Error*)
 {
   if (isPlaceholder(L, 1) || (lua_istable(L, 1) && isClassTable(L, type.name))) return true;

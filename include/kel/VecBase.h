@@ -39,9 +39,9 @@ public:
   }
 
   /// Exact comparison; a NaN equals nothing.
-  friend constexpr bool operator==(const V& a, const V& b)
+  constexpr bool operator==(const VecBase& other) const
   {
-    return all([&](std::size_t i) { return a[i] == b[i]; });
+    return all([&](std::size_t i) { return m_data[i] == other[i]; });
   }
   /// Whether each element is smaller in size than the machine epsilon of `T`.
   constexpr bool equalsZero() const requires std::floating_point<T>
@@ -57,10 +57,12 @@ public:
   /// Whether any element is a NaN.
   constexpr bool isNaN() const { return !isValid(); }
 
+  /// The sum.
   constexpr V operator+(const V& other) const
   {
     return generate([&](std::size_t i) { return m_data[i] + other[i]; });
   }
+  /// The difference.
   constexpr V operator-(const V& other) const
   {
     return generate([&](std::size_t i) { return m_data[i] - other[i]; });
@@ -70,6 +72,7 @@ public:
   {
     return generate([&](std::size_t i) { return -m_data[i]; });
   }
+  /// Each element times a factor.
   constexpr V operator*(T factor) const
   {
     return generate([&](std::size_t i) { return m_data[i] * factor; });
@@ -80,6 +83,7 @@ public:
   {
     return generate([&](std::size_t i) { return m_data[i] / divisor; });
   }
+  /// In place, as the operators without assignment.
   constexpr V& operator+=(const V& other) { return self() = self() + other; }
   constexpr V& operator-=(const V& other) { return self() = self() - other; }
   constexpr V& operator*=(T factor) { return self() = self() * factor; }

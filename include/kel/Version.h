@@ -15,12 +15,14 @@ void KEL_CONVERT_VERSION(unsigned int version, unsigned char& generation, unsign
 
 /// The four parts with dots between; with `showRevision` the revision follows in parentheses, if it is known.
 const char* kelGetVersion(bool showRevision = true);
+/// The four parts of the version of this library.
 unsigned int kelGetGenerationVersion();
 unsigned int kelGetMajorVersion();
 unsigned int kelGetMinorVersion();
 unsigned int kelGetPatchVersion();
 /// Revision of the sources when the build was configured, empty outside a repository.
 const char* kelGetRevision();
+/// Names of the library and of its makers.
 const char* kelGetLibraryName();
 const char* kelGetCompanyName();
 /// Time of day of the build, "hh:mm:ss".

@@ -4,6 +4,7 @@
 #include "kelLua/LuaCallback.h"
 #include <cstdint>
 #include <limits>
+#include <stdexcept>
 #include <string>
 #include <tolua++.h>
 #include <type_traits>
@@ -69,6 +70,9 @@ template <class T, class Base> constexpr bool hasBaseAtStart()
 [[noreturn]] void badValue(lua_State* L, tolua_Error* failure);
 /// A required object is missing at an optional position: the same report as `failed`.
 [[noreturn]] void missingObject(lua_State* L, int n, const Type& type, const char* name);
+
+/// An index lies outside the object's memory: the text on top of the stack.
+[[noreturn]] void outOfRange(lua_State* L);
 
 // ---- Guards: whether stack index n holds a value for a parameter. The `opt` forms also take nil or nothing.
 

@@ -56,6 +56,17 @@ int ${function}(lua_State* L${local})
 }
 ${constructors}]]
 
+-- the message is copied before the error is raised, so that no exception object is left behind
+local BOUNDED = [[
+bool inside = true;
+try {
+  ${call}
+} catch (const std::out_of_range& fault) {
+  lua_pushstring(L, fault.what());
+  inside = false;
+}
+if (!inside) wrap::outOfRange(L);]]
+
 local CONSTRUCTORS = [[
 int ${wrapper}(lua_State* L) { return ${wrapper}_any(L, false); }
 int ${wrapper}_local(lua_State* L) { return ${wrapper}_any(L, true); }]]
@@ -228,12 +239,14 @@ local function wrapper(f)
     actual[#actual + 1] = value
   end
   local results = (f.result.kind == "void" and 0 or 1) + #extra
+  local call = pushResult(f, callText(f, actual))
+  if f.bounded then call = T.fill(BOUNDED, {call = call}) end
   return T.fill(WRAPPER, {
     body = bodyFunction(f),
     ["function"] = wrapperName(f)..any, ["local"] = f.constructor and ", bool local" or "",
     guard = guard, otherwise = otherwise(f, any),
     self = hasSelf(f) and "auto* self = wrap::self<"..selfType(f)..">(L, "..T.quote(f.errorName)..");" or "",
-    locals = table.concat(locals, "\n"), call = pushResult(f, callText(f, actual)), extra = table.concat(extra, "\n"),
+    locals = table.concat(locals, "\n"), call = call, extra = table.concat(extra, "\n"),
     count = results,
     constructors = f.constructor and T.fill(CONSTRUCTORS, {wrapper = wrapperName(f)}) or "",
   })

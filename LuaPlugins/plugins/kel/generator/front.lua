@@ -2,7 +2,7 @@
 --
 -- Doc comments, bodies and Lua chunks leave the code before tolua++ strips comments; marks stay in their place:
 -- \14n\14 for a doc line, \15n\15 for a body, \16n\16 for a chunk.
-local ATTRIBUTES = {collected = true, printed = true}
+local ATTRIBUTES = {collected = true, printed = true, bounded = true}
 local docs, bodies = {}, {}
 local pending = {doc = {}, attributes = {}}
 

@@ -23,6 +23,7 @@
 -- `/// text`      the documentation of what follows; every class, enum, variable and function name needs it
 -- `[[collected]]` before a class: it has a collector
 -- `[[printed]]`   before a class: tostring gives `std::string toString(const T&)`, found in T's namespace
+-- `[[bounded]]`   before a function: a std::out_of_range that it throws becomes a Lua error
 -- `{ body }`      behind a function: runs instead of the engine's function of that name; the object is `self`,
 --                 a pointer. A constructor's body returns the new object.
 -- `begin@Begin()` the engine's `begin`, called `Begin` in Lua

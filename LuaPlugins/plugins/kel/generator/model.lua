@@ -96,6 +96,7 @@ local function makeFunction(parsed, class, overloads)
     static = string.find(parsed.mod, "%f[%w]static%f[%W]") ~= nil,
     operator = getmetatable(parsed) == classOperator and not parsed.cast_operator and parsed.kind or nil,
   }
+  f.bounded = parsed.attributes and parsed.attributes.bounded
   f.constructor = class and parsed.name == "new" or nil
   f.destructor = class and parsed.name == "delete" or nil
   f.self = not class and "none" or (f.constructor or f.static) and "class" or parsed.const == "const" and "const" or "plain"
