@@ -18,6 +18,8 @@ int tolua_collect_test__Body(lua_State* L) { return wrap::collect<test::Body>(L)
 int tolua_collect_test__Pair(lua_State* L) { return wrap::collect<test::Pair>(L); }
 int tolua_collect_test__Vector(lua_State* L) { return wrap::collect<test::Vector>(L); }
 static_assert(wrap::hasBaseAtStart<test::Body, kel::Referenced>());
+static_assert(wrap::isComplete<test::Body>, "include its header, or list it in opaque_types.txt");
+static_assert(wrap::isComplete<test::Vector>, "include its header, or list it in opaque_types.txt");
 
 int tolua_test_Golden_test_Vector_new00_any(lua_State* L, bool local)
 {
