@@ -10,7 +10,7 @@ function(kel_generate_packages prefix folder)
   foreach(package ${ARGN})
     get_filename_component(name ${package} NAME_WE)
     get_filename_component(directory ${package} DIRECTORY)
-    file(GLOB shared CONFIGURE_DEPENDS ${directory}/shared/*.inc)
+    file(GLOB shared CONFIGURE_DEPENDS ${directory}/shared/*.inc ${directory}/opaque_types.txt)
     set(source ${folder}/generated_${name}.cpp)
     set(model ${folder}/${name}.model.lua)
     add_custom_command(

@@ -1,11 +1,21 @@
 #include "kelLua/Wrap.h"
 #include "ClassEvents.h"
 #include "Report.h"
+#include <cstdio>
 #include <cstring>
 
 namespace kelLua::wrap {
 
 namespace {
+
+/// A text with a name in it. It is made off the Lua stack, where the failed argument's place may be the next
+/// free.
+struct Text
+{
+  char text[256];
+  Text(const char* format, const char* name) { std::snprintf(text, sizeof text, format, name); }
+  operator const char*() const { return text; }
+};
 
 /// Whether the table at index 1 is the class table of the type, plain or const, or of a class that derives
 /// from it.
@@ -68,17 +78,17 @@ void enterType(lua_State* L, const TypeEntry& type)
 
 void failed(lua_State* L, const char* name, tolua_Error* failure, const char* signatures)
 {
-  raise(L, lua_pushfstring(L, "#ferror in function '%s'.", name), failure, signatures);
+  raise(L, Text("#ferror in function '%s'.", name), failure, signatures);
 }
 
 void badSelf(lua_State* L, const char* name)
 {
-  raise(L, lua_pushfstring(L, "invalid 'self' in function '%s'", name), nullptr, nullptr);
+  raise(L, Text("invalid 'self' in function '%s'", name), nullptr, nullptr);
 }
 
 void badVariableSelf(lua_State* L, const char* name)
 {
-  raise(L, lua_pushfstring(L, "invalid 'self' in accessing variable '%s'", name), nullptr, nullptr);
+  raise(L, Text("invalid 'self' in accessing variable '%s'", name), nullptr, nullptr);
 }
 
 void badValue(lua_State* L, tolua_Error* failure)

@@ -47,23 +47,24 @@ void pushGiven(lua_State* L, int index)
   lua_pushliteral(L, "");
 }
 
-/// Pushes the text behind its "#f" or "#v" with the report on the value that failed.
+/// Pushes the text behind its "#f" or "#v" with the report on the value that failed, which may lie above the
+/// top.
 void pushReport(lua_State* L, const char* text, const tolua_Error& failure)
 {
-  const bool shifted = isPlaceholder(L, 1);
+  const int argument = failure.index - (isPlaceholder(L, 1) ? 1 : 0);
+  const bool isGiven = failure.index <= lua_gettop(L);
   const char* array = failure.array ? "array of " : "";
-  const int argument = failure.index - (shifted ? 1 : 0);
-  const char* provided = tolua_typename(L, failure.index);
-  const int name = lua_gettop(L);
+  const char* provided = tolua_typename(L, failure.index); // lies on the stack
+  const int report = lua_gettop(L);
+  lua_pushfstring(L, "%s\n     ", text + 2);
   if (text[1] == 'f')
-    lua_pushfstring(L, "%s\n     argument #%d is %s'%s'; %s'%s' expected.\n", text + 2, argument, array,
-                    provided, array, failure.type);
+    lua_pushfstring(L, "argument #%d", argument);
   else
-    lua_pushfstring(L, "%s\n     value is %s'%s'; %s'%s' expected.\n", text + 2, array, provided, array,
-                    failure.type);
-  pushGiven(L, failure.index);
-  lua_concat(L, 2);
-  lua_remove(L, name);
+    lua_pushliteral(L, "value");
+  lua_pushfstring(L, " is %s'%s'; %s'%s' expected.\n", array, provided, array, failure.type);
+  if (isGiven) pushGiven(L, failure.index);
+  lua_concat(L, lua_gettop(L) - report);
+  lua_replace(L, report);
 }
 
 } // namespace
@@ -79,16 +80,15 @@ void insertPlaceholder(lua_State* L)
 void raise(lua_State* L, const char* text, const tolua_Error* failure, const char* signatures)
 {
   luaL_checkstack(L, LUA_MINSTACK, text);
-  pushPosition(L);
   if (failure && text[0] == '#')
     pushReport(L, text, *failure);
   else
     lua_pushstring(L, text);
-  if (signatures)
-    lua_pushfstring(L, "     signatures:\n%s", signatures);
-  else
-    lua_pushliteral(L, "");
-  lua_concat(L, 3);
+  pushPosition(L);
+  lua_insert(L, -2);
+  lua_pushstring(L, signatures ? "     signatures:\n" : "");
+  lua_pushstring(L, signatures ? signatures : "");
+  lua_concat(L, 4);
   lua_error(L);
   __builtin_unreachable();
 }

@@ -2,8 +2,8 @@
 #include "kel/Referenced.h"
 #include "kelLua/Handles.h"
 #include "kelLua/LuaCallback.h"
-#include <emmintrin.h>
-#include <memory>
+#include <cstdint>
+#include <limits>
 #include <stdexcept>
 #include <string>
 #include <tolua++.h>
@@ -139,8 +139,10 @@ inline bool optReference(lua_State* L, int n, const Type& type, tolua_Error* e)
 /// 0x8000000000000000.
 template <class T> T toNumber(double value)
 {
-  const auto truncate = [](double v) { return _mm_cvttsd_si64(_mm_set_sd(v)); };
   constexpr double half = 9223372036854775808.0; // 2^63
+  const auto truncate = [](double v) {
+    return v >= -half && v < half ? static_cast<std::int64_t>(v) : std::numeric_limits<std::int64_t>::min();
+  };
   if constexpr (std::is_floating_point_v<T>)
     return static_cast<T>(value);
   else if constexpr (std::is_enum_v<T>)

@@ -13,6 +13,7 @@ namespace {
 ${types}
 
 ${collectors}
+${bases}
 ${checks}
 
 ${wrappers}
@@ -312,8 +313,21 @@ local function collectedTypes(package)
 end
 
 local function baseCheck(class)
-  if class.base == "" or string.find(class.base, " ") then return nil end
+  if not string.find(class.base, "::") then return nil end
   return "static_assert(wrap::hasBaseAtStart<"..class.type..", "..class.base..">());"
+end
+
+-- A result of an incomplete type would not be recognised as counted, and its handle would outlive it.
+local function completenessChecks(package)
+  local types = {}
+  walk(package.items, function(item)
+    local t = item.tag == "function" and not item.constructor and item.result or item.tag == "variable" and item.type
+    if t and (t.kind == "pointer" or t.kind == "reference") and not package.opaque[t.cpp] then types[t.cpp] = true end
+  end)
+  return T.each(package.types, "\n", function(type)
+    local hint = T.quote("include its header, or list it in opaque_types.txt")
+    return types[type] and "static_assert(wrap::isComplete<"..type..">, "..hint..");"
+  end)
 end
 
 local function printer(class)
@@ -377,7 +391,8 @@ return function(package)
       local type = collected[typeString]
       return type and "int "..collectorName(typeString).."(lua_State* L) { return wrap::collect<"..type..">(L); }"
     end),
-    checks = collect(package.items, "\n", function(item) return item.tag == "class" and baseCheck(item) or nil end),
+    bases = collect(package.items, "\n", function(item) return item.tag == "class" and baseCheck(item) or nil end),
+    checks = completenessChecks(package),
     wrappers = wrappers,
     chunks = chunks,
     typeEntries = T.each(package.types, "\n", function(typeString)

@@ -14,7 +14,7 @@ end
 -- tolua++ prints an error and exits with 0, and warns of what it drops
 function tolua_error(message)
   local near = string.gsub(string.sub(_curr_code or "", 1, 120), "%s+", " ")
-  fail((string.gsub(tostring(message), "^#", "")).."\n  near: "..near)
+  fail((string.gsub(tostring(message), "^%d*:?%s*#", "")).."\n  near: "..near)
 end
 function warning(message) tolua_error("not supported: "..message) end
 

@@ -39,6 +39,8 @@
 -- `##for ... do`, `##end`, `$(expression)`   Lua that writes declarations; `$pfile "shared/x.inc"` includes
 -- `$[ ... $]`     Lua code that runs when the package opens
 --
+-- Objects that functions return by pointer or reference need their header, or a line in opaque_types.txt.
+--
 -- What the parser cannot read is an error: one-line classes with methods, `= default`, `override`, `noexcept`,
 -- `enum class`, `using`, `constexpr`, member initialisers, `T const`. So are private members, unnamed parameters
 -- and parameters named like a type.

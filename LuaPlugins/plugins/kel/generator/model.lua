@@ -1,6 +1,7 @@
 -- Turns tolua++'s parsed tree into plain tables, which are all that the emitters read:
 --
---   package  {name, items, types = <sorted type strings>, includes, enums, foreignEnums}
+--   package  {name, items, types = <sorted type strings>, includes, enums, foreignEnums,
+--            opaque = <set of type strings>}
 --   module   {tag="module", name, items, hasVariables}
 --   class    {tag="class", name, type, base, collected, printed, doc, items, abstract}
 --   enum     {tag="enum", name, doc, items = {{name, value, doc}}}
@@ -184,8 +185,19 @@ function makeItems(node, class)
   return items
 end
 
+-- type strings without a class, one a line beside the packages
+local function readOpaqueTypes()
+  local types = {}
+  local file = io.open("opaque_types.txt")
+  if not file then return types end
+  for line in file:lines() do types[line] = true end
+  file:close()
+  return types
+end
+
 local function build(parsed)
-  package = {name = parsed.name, typeSet = {}, includes = {}, enums = {}, types = {}, foreignEnums = foreign_enums}
+  package = {name = parsed.name, typeSet = {}, includes = {}, enums = {}, types = {}, foreignEnums = foreign_enums,
+             opaque = readOpaqueTypes()}
   package.items = makeItems(parsed) -- tolua++ has pushed the package already
   if undocumentedRest() then refuse("end", "documentation of nothing") end
   for typeString in pairs(package.typeSet) do table.insert(package.types, typeString) end
