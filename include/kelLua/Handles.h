@@ -41,6 +41,10 @@ void keepAdapter(lua_State* L, const void* object);
 /// it.
 void pushAdapter(lua_State* L, const void* object);
 
+/// An adapter left the script manager: clears its handle and lets the script's functions go. Harmless for an
+/// adapter that no script has seen and while a state closes. Never throws.
+void forgetAdapter(const void* object) noexcept;
+
 /// Clears the handle at stack index `index` (`delete`): its object is null from now on and no collector runs.
 void clear(lua_State* L, int index);
 

@@ -1,0 +1,38 @@
+#pragma once
+#include <atomic>
+#include <lua.hpp>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+namespace kelLua::handles {
+
+/// What the handles of one Lua state need: references to its tables in the registry, and the deaths that other
+/// threads have reported.
+struct State
+{
+  explicit State(lua_State* mainThread);
+
+  lua_State* L;          ///< The main thread of the state.
+  const void* registry;  ///< Identifies the state, also from a coroutine.
+  std::thread::id thread = std::this_thread::get_id();
+
+  // Tables by light userdata (object) or by handle.
+  int adapters; ///< adapter -> its handle, weak: a handle that only scripts know may be collected
+  int kept;     ///< adapter -> its handle, strong: the engine holds the adapter, so the functions must stay
+  int watched;  ///< counted object -> set of the handles to clear when it dies
+  int roots;    ///< handle -> counted object on whose death it is cleared
+  int owners;   ///< handle on a member -> handle on the object that the member lies in
+
+  std::mutex mutex;
+  std::vector<const void*> deaths;
+  std::atomic<bool> hasDeaths = false;
+};
+
+/// The state that a Lua thread belongs to, null for one that was never opened or is closed.
+State* find(lua_State* L);
+
+/// Whether the state still lives.
+bool isAlive(lua_State* L);
+
+} // namespace kelLua::handles

@@ -1,0 +1,351 @@
+#include "kelLua/Handles.h"
+#include "HandleState.h"
+#include "kel/Referenced.h"
+#include "kelLua/ScriptManager.h"
+#include <algorithm>
+#include <memory>
+#include <tolua++.h>
+
+namespace kelLua::handles {
+
+namespace {
+
+std::vector<std::unique_ptr<State>> s_states;
+
+int newTable(lua_State* L, const char* mode)
+{
+  lua_newtable(L);
+  if (mode) {
+    lua_createtable(L, 0, 1);
+    lua_pushstring(L, mode);
+    lua_setfield(L, -2, "__mode");
+    lua_setmetatable(L, -2);
+  }
+  return luaL_ref(L, LUA_REGISTRYINDEX);
+}
+
+int closed(lua_State* L)
+{
+  const void* registry = lua_topointer(L, LUA_REGISTRYINDEX);
+  std::erase_if(s_states, [registry](const auto& state) { return state->registry == registry; });
+  return 0;
+}
+
+/// Lua finalises in the reverse order of creation, so this object, made before every handle, goes last.
+void addSentinel(lua_State* L)
+{
+  lua_newuserdata(L, 1);
+  lua_createtable(L, 0, 1);
+  lua_pushcfunction(L, closed);
+  lua_setfield(L, -2, "__gc");
+  lua_setmetatable(L, -2);
+  luaL_ref(L, LUA_REGISTRYINDEX);
+}
+
+/// table[light key] = value at index `value`.
+void assign(lua_State* L, int table, const void* key, int value)
+{
+  lua_rawgeti(L, LUA_REGISTRYINDEX, table);
+  lua_pushlightuserdata(L, const_cast<void*>(key));
+  lua_pushvalue(L, value);
+  lua_rawset(L, -3);
+  lua_pop(L, 1);
+}
+
+/// Takes a light key out of the table on top of the stack. Only keys that are there are touched, since Lua
+/// would make room for a missing one, and what dies must not need memory.
+void erase(lua_State* L, const void* key)
+{
+  lua_pushlightuserdata(L, const_cast<void*>(key));
+  lua_rawget(L, -2);
+  const bool present = !lua_isnil(L, -1);
+  lua_pop(L, 1);
+  if (!present) return;
+  lua_pushlightuserdata(L, const_cast<void*>(key));
+  lua_pushnil(L);
+  lua_rawset(L, -3);
+}
+
+void erase(lua_State* L, int table, const void* key)
+{
+  lua_rawgeti(L, LUA_REGISTRYINDEX, table);
+  erase(L, key);
+  lua_pop(L, 1);
+}
+
+/// Pushes table[light key].
+void lookUp(lua_State* L, int table, const void* key)
+{
+  lua_rawgeti(L, LUA_REGISTRYINDEX, table);
+  lua_pushlightuserdata(L, const_cast<void*>(key));
+  lua_rawget(L, -2);
+  lua_remove(L, -2);
+}
+
+/// Pushes table[value at index key].
+void lookUpValue(lua_State* L, int table, int key)
+{
+  lua_pushvalue(L, key);
+  lua_rawgeti(L, LUA_REGISTRYINDEX, table);
+  lua_insert(L, -2);
+  lua_rawget(L, -2);
+  lua_remove(L, -2);
+}
+
+/// Takes a light key out of a table that the registry holds under a name.
+void erase(lua_State* L, const char* table, const void* key)
+{
+  lua_pushstring(L, table);
+  lua_rawget(L, LUA_REGISTRYINDEX);
+  erase(L, key);
+  lua_pop(L, 1);
+}
+
+/// Makes the handle on top of the stack null and takes its object out of the runtime's tables, so that a
+/// later object at the same address gets a handle and a collector of its own.
+void clearTop(lua_State* L)
+{
+  void** block = static_cast<void**>(lua_touserdata(L, -1));
+  void* object = block ? *block : nullptr;
+  if (!object) return;
+  *block = nullptr;
+  if (lua_getmetatable(L, -1)) {
+    lua_pushstring(L, "tolua_ubox");
+    lua_rawget(L, -2);
+    if (lua_istable(L, -1))
+      erase(L, object);
+    else
+      erase(L, "tolua_ubox", object);
+    lua_pop(L, 2);
+  }
+  erase(L, "tolua_gc", object);
+}
+
+/// Clears the handle on top of the stack, and the handles on what lies inside its object.
+void clearTree(lua_State* L, const State& state)
+{
+  luaL_checkstack(L, 12, "members inside members");
+  const int owner = lua_gettop(L);
+  clearTop(L);
+  lua_rawgeti(L, LUA_REGISTRYINDEX, state.owners);
+  for (lua_pushnil(L); lua_next(L, -2); lua_pop(L, 1)) {
+    if (!lua_rawequal(L, -1, owner)) continue;
+    lua_pushvalue(L, -2);
+    clearTree(L, state);
+    lua_pop(L, 1);
+  }
+  lua_pop(L, 1);
+}
+
+void clearAll(State& state, const void* counted)
+{
+  lua_State* L = state.L;
+  lua_checkstack(L, 12);
+  lookUp(L, state.watched, counted);
+  if (lua_istable(L, -1))
+    for (lua_pushnil(L); lua_next(L, -2); lua_pop(L, 1)) {
+      lua_pushvalue(L, -2);
+      clearTop(L);
+      lua_pop(L, 1);
+    }
+  lua_pop(L, 1);
+  erase(L, state.watched, counted);
+}
+
+void clearReported(State& state)
+{
+  if (!state.hasDeaths.exchange(false)) return;
+  std::vector<const void*> deaths;
+  {
+    const std::scoped_lock lock(state.mutex);
+    deaths.swap(state.deaths);
+  }
+  for (const void* object : deaths) clearAll(state, object);
+}
+
+State& get(lua_State* L)
+{
+  State* state = find(L);
+  if (!state) luaL_error(L, "this Lua state was not opened for kel");
+  if (state->hasDeaths) clearReported(*state);
+  return *state;
+}
+
+/// Enters the handle on top of the stack among those that die with a counted object.
+void watchTop(lua_State* L, const State& state, const void* counted)
+{
+  const int handle = lua_gettop(L);
+  lua_rawgeti(L, LUA_REGISTRYINDEX, state.roots);
+  lua_pushvalue(L, handle);
+  lua_pushlightuserdata(L, const_cast<void*>(counted));
+  lua_rawset(L, -3);
+  lookUp(L, state.watched, counted);
+  if (lua_isnil(L, -1)) {
+    lua_newtable(L);
+    lua_rawgeti(L, LUA_REGISTRYINDEX, state.owners); // any weak-keyed table has the right metatable
+    lua_getmetatable(L, -1);
+    lua_setmetatable(L, -3);
+    lua_pop(L, 1);
+    assign(L, state.watched, counted, lua_gettop(L));
+  }
+  lua_pushvalue(L, handle);
+  lua_pushboolean(L, 1);
+  lua_rawset(L, -3);
+  lua_settop(L, handle);
+}
+
+/// tolua_pushusertype may leave a helper value below the one that it pushes.
+void pushOne(lua_State* L, const void* object, const char* type)
+{
+  const int top = lua_gettop(L);
+  tolua_pushusertype(L, const_cast<void*>(object), type);
+  lua_replace(L, top + 1);
+  lua_settop(L, top + 1);
+}
+
+/// Whether the handle on top of the stack has a root already, which every handle on a counted object has.
+bool isWatched(lua_State* L, const State& state)
+{
+  lookUpValue(L, state.roots, lua_gettop(L));
+  const bool known = !lua_isnil(L, -1);
+  lua_pop(L, 1);
+  return known;
+}
+
+} // namespace
+
+State::State(lua_State* mainThread)
+    : L(mainThread), registry(lua_topointer(mainThread, LUA_REGISTRYINDEX)), adapters(newTable(L, "v")),
+      kept(newTable(L, nullptr)), watched(newTable(L, nullptr)), roots(newTable(L, "k")),
+      owners(newTable(L, "k"))
+{}
+
+State* find(lua_State* L)
+{
+  const void* registry = lua_topointer(L, LUA_REGISTRYINDEX);
+  for (const auto& state : s_states)
+    if (state->registry == registry) return state.get();
+  return nullptr;
+}
+
+bool isAlive(lua_State* L)
+{
+  return std::any_of(s_states.begin(), s_states.end(), [L](const auto& state) { return state->L == L; });
+}
+
+void open(lua_State* L)
+{
+  if (find(L)) return;
+  addSentinel(L);
+  s_states.push_back(std::make_unique<State>(L));
+  kel::Referenced::setShownHook(died);
+}
+
+void push(lua_State* L, const void* object, const char* type)
+{
+  get(L);
+  if (object)
+    pushOne(L, object, type);
+  else
+    lua_pushnil(L);
+}
+
+void pushCounted(lua_State* L, const kel::Referenced* counted, const void* object, const char* type)
+{
+  const State& state = get(L);
+  if (!object) return lua_pushnil(L);
+
+  const ScriptManager* manager = ScriptManager::instance();
+  const bool adapter = manager && manager->hasLuaEntry(object);
+  if (adapter) {
+    lookUp(L, state.kept, object);
+    if (!lua_isnil(L, -1)) return;
+    lua_pop(L, 1);
+  }
+  pushOne(L, object, type);
+  if (counted->isShown() && isWatched(L, state)) return;
+  counted->markShown();
+  watchTop(L, state, counted);
+  if (adapter) adapterTop(L, object, false);
+}
+
+void pushMember(lua_State* L, const void* object, const char* type, int owner)
+{
+  const State& state = get(L);
+  if (!object) return lua_pushnil(L);
+
+  pushOne(L, object, type);
+  const int handle = lua_gettop(L);
+  if (lua_rawequal(L, owner, handle)) return; // a method that returns its own object
+
+  lua_rawgeti(L, LUA_REGISTRYINDEX, state.owners);
+  lua_pushvalue(L, handle);
+  lua_pushvalue(L, owner);
+  lua_rawset(L, -3);
+  lua_pop(L, 1);
+
+  lookUpValue(L, state.roots, owner);
+  const void* root = lua_touserdata(L, -1);
+  lua_pop(L, 1);
+  if (root) watchTop(L, state, root);
+}
+
+void collectTop(lua_State* L) { tolua_register_gc(L, lua_gettop(L)); }
+
+void adapterTop(lua_State* L, const void* object, bool owned)
+{
+  const State& state = get(L);
+  const int handle = lua_gettop(L);
+  assign(L, state.adapters, object, handle);
+  if (owned)
+    erase(L, state.kept, object);
+  else
+    assign(L, state.kept, object, handle);
+}
+
+void keepAdapter(lua_State* L, const void* object) { assign(L, get(L).kept, object, 1); }
+
+void pushAdapter(lua_State* L, const void* object)
+{
+  const State& state = get(L);
+  lookUp(L, state.kept, object);
+  if (!lua_isnil(L, -1)) return;
+  lua_pop(L, 1);
+  lookUp(L, state.adapters, object);
+}
+
+void forgetAdapter(const void* object) noexcept
+{
+  for (const auto& state : s_states) {
+    lua_State* L = state->L;
+    if (!lua_checkstack(L, 12)) continue;
+    pushAdapter(L, object);
+    if (lua_isuserdata(L, -1)) clearTop(L);
+    lua_pop(L, 1);
+    erase(L, state->kept, object);
+    erase(L, state->adapters, object);
+  }
+}
+
+void clear(lua_State* L, int index)
+{
+  const State& state = get(L);
+  lua_pushvalue(L, index);
+  clearTree(L, state);
+  lua_pop(L, 1);
+}
+
+void died(const void* object)
+{
+  for (const auto& state : s_states) {
+    if (state->thread == std::this_thread::get_id()) {
+      clearAll(*state, object);
+      continue;
+    }
+    const std::scoped_lock lock(state->mutex);
+    state->deaths.push_back(object);
+    state->hasDeaths = true;
+  }
+}
+
+} // namespace kelLua::handles

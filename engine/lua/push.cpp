@@ -1,0 +1,16 @@
+#include "kelLua/push.h"
+#include "kelLua/Handles.h"
+#include <tolua++.h>
+
+namespace kelLua {
+
+void pushusertype(lua_State* L, void* object, const char* typeName) { handles::push(L, object, typeName); }
+
+void pushcounted(lua_State* L, const kel::Referenced* counted, void* object, const char* typeName)
+{
+  handles::pushCounted(L, counted, object, typeName);
+}
+
+void pushstring(lua_State* L, const char* text) { lua_pushstring(L, text); }
+
+} // namespace kelLua

@@ -1,0 +1,17 @@
+#pragma once
+
+struct lua_State;
+
+/// While it lives, Ctrl-C stops the script in a state with the error "interrupted". A second Ctrl-C ends the
+/// process at once, for a script that is stuck in a long engine call.
+class Interrupt
+{
+public:
+  explicit Interrupt(lua_State* L);
+  Interrupt(const Interrupt&) = delete;
+  Interrupt& operator=(const Interrupt&) = delete;
+  ~Interrupt();
+
+  /// Whether Ctrl-C was pressed.
+  static bool wasPressed();
+};

@@ -1,0 +1,27 @@
+#pragma once
+#include "kel/Referenced.h"
+#include <type_traits>
+
+struct lua_State;
+
+namespace kelLua {
+
+/// Pushes a plain engine object as a value of a type, without transfer of ownership; nil for null.
+void pushusertype(lua_State* L, void* object, const char* typeName);
+
+/// The same for a counted object, whose handle is cleared when it dies.
+void pushcounted(lua_State* L, const kel::Referenced* counted, void* object, const char* typeName);
+
+/// Picks the right one of the two by the object's static type.
+template <class T> void pushobject(lua_State* L, T* object, const char* typeName)
+{
+  if constexpr (std::is_base_of_v<kel::Referenced, T>)
+    pushcounted(L, object, const_cast<std::remove_const_t<T>*>(object), typeName);
+  else
+    pushusertype(L, const_cast<std::remove_const_t<T>*>(object), typeName);
+}
+
+/// Pushes a text up to its first NUL; nil for null.
+void pushstring(lua_State* L, const char* text);
+
+} // namespace kelLua
