@@ -1,5 +1,5 @@
 #include "kel/Frame.h"
-#include "kelData/EntityStorage.h"
+#include "kelData/EntityLayout.h"
 #include <algorithm>
 
 namespace kel {
@@ -8,22 +8,22 @@ namespace {
 /// The rows of all frames of the process. It is never destroyed: frames may outlive any static object.
 struct FrameRows
 {
-  kelData::Attribute* local = kelData::Attribute::create<AffineMatrix4x4>("localMatrix");
-  kelData::Attribute* world = kelData::Attribute::create<AffineMatrix4x4>("worldMatrix");
   ref_ptr<kelData::EntityStorage> storage;
+  AffineMatrix4x4* local;
+  AffineMatrix4x4* world;
 
   FrameRows()
   {
-    ref_ptr<kelData::EntityModel> model = new kelData::EntityModel("Frame");
-    model->addAttribute(local);
-    model->addAttribute(world);
-    storage = new kelData::EntityStorage(model.get());
+    kelData::EntityLayout layout("Frame");
+    layout.column("localMatrix", local);
+    layout.column("worldMatrix", world);
+    storage = layout.createStorage();
   }
 };
 
-FrameRows& rows()
+const FrameRows& rows()
 {
-  static auto* instance = new FrameRows;
+  static const auto* instance = new FrameRows;
   return *instance;
 }
 } // namespace
@@ -31,8 +31,8 @@ FrameRows& rows()
 Frame::Frame() : m_entity(rows().storage->createInstance())
 {
   const Index row = m_entity.calculateIndex();
-  m_local = rows().storage->data<AffineMatrix4x4>(rows().local) + row;
-  m_world = rows().storage->data<AffineMatrix4x4>(rows().world) + row;
+  m_local = rows().local + row;
+  m_world = rows().world + row;
 }
 
 Frame::Frame(const AffineMatrix4x4& matrix) : Frame() { *m_local = *m_world = matrix; }
