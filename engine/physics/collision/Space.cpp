@@ -9,7 +9,7 @@ namespace kelCollide {
 namespace {
 kel::UInt64 pairKey(const Geometry& first, const Geometry& second)
 {
-  const auto [low, high] = std::minmax(first.getId(), second.getId());
+  const auto [low, high] = std::minmax({first.getId(), second.getId()});
   return kel::UInt64(low) << 32 | high;
 }
 } // namespace
