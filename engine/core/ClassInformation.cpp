@@ -5,19 +5,25 @@ namespace kelStream {
 
 namespace {
 
-/// The last "::" of a text, npos if there is none.
-std::size_t lastScope(std::string_view text) { return text.rfind("::"); }
-
-/// What stands behind the last blank outside template brackets: the qualified name behind the return type.
-std::string_view qualifiedName(std::string_view text)
+/// The place of the last of some characters outside template brackets, npos if there is none.
+std::size_t lastOutside(std::string_view text, std::string_view characters)
 {
   int depth = 0;
   for (std::size_t i = text.size(); i-- > 0;) {
     if (text[i] == '>') ++depth;
     if (text[i] == '<') --depth;
-    if (depth == 0 && (text[i] == ' ' || text[i] == '*' || text[i] == '&')) return text.substr(i + 1);
+    if (depth == 0 && characters.find(text[i]) != characters.npos) return i;
   }
-  return text;
+  return text.npos;
+}
+
+/// Takes the innermost name off a scoped one.
+kel::String takeLast(std::string_view& text)
+{
+  const std::size_t colon = lastOutside(text, ":");
+  const kel::String last(text.substr(colon == text.npos ? 0 : colon + 1));
+  text = text.substr(0, colon == text.npos || colon == 0 ? 0 : colon - 1);
+  return last;
 }
 
 } // namespace
@@ -25,16 +31,13 @@ std::string_view qualifiedName(std::string_view text)
 ClassInformation::ClassInformation(const char* prettyFunction)
 {
   std::string_view text = prettyFunction ? prettyFunction : "";
-  text = qualifiedName(text.substr(0, text.find('(')));
+  text = text.substr(0, text.find('('));
+  const std::size_t blank = lastOutside(text, " *&"); // behind the return type
+  if (blank != text.npos) text = text.substr(blank + 1);
 
-  const std::size_t method = lastScope(text);
-  m_methodName = text.substr(method == text.npos ? 0 : method + 2);
-  if (method == text.npos) return;
-  text = text.substr(0, method);
-
-  const std::size_t cls = lastScope(text);
-  m_className = text.substr(cls == text.npos ? 0 : cls + 2);
-  if (cls != text.npos) m_namespace = text.substr(0, cls);
+  m_methodName = takeLast(text);
+  m_className = takeLast(text);
+  m_namespace = text;
 }
 
 kel::String ClassInformation::getTypeName() const

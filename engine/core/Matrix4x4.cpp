@@ -24,6 +24,7 @@ template <class T> bool Matrix4x4T<T>::valid() const
 
 template <class T> bool Matrix4x4T<T>::operator==(const Matrix4x4T& other) const
 {
+  // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison): the bits are what counts
   return std::memcmp(m_data, other.m_data, sizeof m_data) == 0;
 }
 

@@ -199,7 +199,7 @@ void pushOne(lua_State* L, const void* object, const char* type)
 {
   const int top = lua_gettop(L);
   tolua_pushusertype(L, const_cast<void*>(object), type);
-  lua_replace(L, top + 1);
+  if (lua_gettop(L) > top + 1) lua_replace(L, top + 1);
   lua_settop(L, top + 1);
 }
 

@@ -34,7 +34,9 @@ public:
   }
   /// A rotation without translation.
   AffineMatrix4x4T& set(const QuatT<T>& rotation) { return *this = AffineMatrix4x4T(rotation); }
+  /// Becomes the identity.
   AffineMatrix4x4T& setIdentity() { return *this = AffineMatrix4x4T(); }
+  /// Replaces the translation.
   AffineMatrix4x4T& setTranslate(const Vec3& t) { return setTranslate(t.x(), t.y(), t.z()); }
   AffineMatrix4x4T& setTranslate(T x, T y, T z)
   {
@@ -53,9 +55,12 @@ public:
   {
     return setRotate(QuatT<T>::rotate(args...));
   }
+  /// The translation, row 3.
   Vec3 getTranslate() const { return row(3); }
+  /// The rotation of the block, which must have no scale.
   QuatT<T> getRotate() const { return QuatT<T>(*this); }
 
+  /// A translation alone.
   static AffineMatrix4x4T translate(const Vec3& t) { return AffineMatrix4x4T().setTranslate(t); }
   static AffineMatrix4x4T translate(T x, T y, T z) { return translate(Vec3(x, y, z)); }
   /// A rotation alone; arguments as for a quaternion's `setRotate`.
@@ -110,6 +115,7 @@ public:
     const T d = 1 / (row(3) * v + 1);
     return transform3x3Inv(v) * d;
   }
+  /// `postMult`, not a transform of a point.
   Vec3 operator*(const Vec3& v) const { return postMult(v); }
   Vec4T<T> operator*(const Vec4T<T>& v) const { return this->postMult(v); }
 
@@ -117,6 +123,7 @@ private:
   Vec3 row(std::size_t i) const { return Vec3((*this)(i, 0), (*this)(i, 1), (*this)(i, 2)); }
 };
 
+/// The transforms by element type.
 using AffineMatrix4x4 = AffineMatrix4x4T<Real>;
 using AffineMatrix4x4d = AffineMatrix4x4T<Real64>;
 using AffineMatrix4x4f = AffineMatrix4x4T<Real32>;

@@ -1,6 +1,7 @@
 #pragma once
 #include "kel/Types.h"
 #include <cmath>
+#include <concepts>
 #include <cstdlib>
 
 namespace kel {
@@ -29,7 +30,11 @@ inline Real logInterpolate(Real a, Real b, float t)
 }
 
 /// A uniform random number of [min, max], from one call of the C library's `rand`, which is not seeded here.
-template <class T> Real random(T min, T max) { return std::rand() / 2147483647.0 * (max - min) + min; }
+/// The difference of the bounds is formed in `T`.
+template <std::floating_point T> Real random(T min, T max)
+{
+  return std::rand() / 2147483647.0 * (max - min) + min;
+}
 
 /// `min` if that is greater than `value`, otherwise the smaller of `max` and `value`; a NaN stays.
 template <class T> constexpr T clamp(T value, T min, T max)

@@ -33,6 +33,7 @@ public:
   /// Element at a row and a column, not tested.
   constexpr T& operator()(std::size_t row, std::size_t column) { return m_rows[row][column]; }
   constexpr T operator()(std::size_t row, std::size_t column) const { return m_rows[row][column]; }
+  /// A row, or a column, not tested.
   constexpr const Vec3& getRow(std::size_t row) const { return m_rows[row]; }
   constexpr Vec3 getColumn(std::size_t column) const
   {
@@ -45,6 +46,7 @@ public:
   /// Writes an element, tested as in `at`; the value comes first.
   void set(T value, std::size_t row, std::size_t column) { (*this)(checked(row), checked(column)) = value; }
 
+  /// Sets a diagonal matrix, or all elements row by row.
   constexpr void set(const Vec3& diagonal) { *this = Matrix3x3T(diagonal); }
   constexpr void set(T m00, T m01, T m02, T m10, T m11, T m12, T m20, T m21, T m22)
   {
@@ -52,12 +54,13 @@ public:
   }
   /// The rotation block of a unit quaternion, for vectors as rows.
   void set(const QuatT<T>& q);
+  /// Becomes the identity.
   constexpr void makeIdentity() { *this = Matrix3x3T(); }
 
   /// Exact comparison of the elements.
-  friend constexpr bool operator==(const Matrix3x3T& a, const Matrix3x3T& b)
+  constexpr bool operator==(const Matrix3x3T& other) const
   {
-    return a.m_rows[0] == b.m_rows[0] && a.m_rows[1] == b.m_rows[1] && a.m_rows[2] == b.m_rows[2];
+    return m_rows[0] == other.m_rows[0] && m_rows[1] == other.m_rows[1] && m_rows[2] == other.m_rows[2];
   }
   /// Whether no element is a NaN.
   constexpr bool isValid() const { return m_rows[0].isValid() && m_rows[1].isValid() && m_rows[2].isValid(); }
@@ -66,14 +69,20 @@ public:
   /// Whether this is exactly the identity.
   constexpr bool isIdentity() const { return *this == Matrix3x3T(); }
   /// Whether the elements off the diagonal are exactly 0.
-  constexpr bool isDiagonal() const { return *this == Matrix3x3T(getDiagonal()); }
+  constexpr bool isDiagonal() const
+  {
+    const Matrix3x3T& m = *this;
+    return m(0, 1) == 0 && m(0, 2) == 0 && m(1, 0) == 0 && m(1, 2) == 0 && m(2, 0) == 0 && m(2, 1) == 0;
+  }
 
   /// The matrix with `postMult(w)` equal to the cross product of `v` and `w`.
   static constexpr Matrix3x3T crossMatrix(const Vec3& v)
   {
     return Matrix3x3T(0, -v.z(), v.y(), v.z(), 0, -v.x(), -v.y(), v.x(), 0);
   }
+  /// Rows and columns exchanged.
   constexpr Matrix3x3T transpose() const { return fromRows(getColumn(0), getColumn(1), getColumn(2)); }
+  /// The determinant, expanded in full.
   constexpr T determinant() const
   {
     const Matrix3x3T& m = *this;
@@ -90,7 +99,9 @@ public:
   }
   /// `M * v`.
   constexpr Vec3 postMult(const Vec3& v) const { return Vec3(m_rows[0] * v, m_rows[1] * v, m_rows[2] * v); }
+  /// `M * v`.
   constexpr Vec3 operator*(const Vec3& v) const { return postMult(v); }
+  /// The matrix product.
   constexpr Matrix3x3T operator*(const Matrix3x3T& m) const
   {
     return fromRows(m.preMult(m_rows[0]), m.preMult(m_rows[1]), m.preMult(m_rows[2]));
@@ -108,12 +119,14 @@ public:
   /// Becomes `a - b`.
   constexpr void sub(const Matrix3x3T& a, const Matrix3x3T& b) { *this = a - b; }
 
+  /// Each element times a factor.
   constexpr Matrix3x3T operator*(T factor) const
   {
     return fromRows(m_rows[0] * factor, m_rows[1] * factor, m_rows[2] * factor);
   }
   /// Each element times the reciprocal.
   constexpr Matrix3x3T operator/(T divisor) const { return *this * (1 / divisor); }
+  /// Sums and differences of the elements.
   constexpr Matrix3x3T operator+(const Matrix3x3T& m) const
   {
     return fromRows(m_rows[0] + m.m_rows[0], m_rows[1] + m.m_rows[1], m_rows[2] + m.m_rows[2]);
@@ -141,6 +154,7 @@ private:
   Vec3 m_rows[3];
 };
 
+/// The matrices by element type.
 using Matrix3x3 = Matrix3x3T<Real>;
 using Matrix3x3d = Matrix3x3T<Real64>;
 using Matrix3x3f = Matrix3x3T<Real32>;

@@ -55,6 +55,7 @@ private:
   T m_data[16];
 };
 
+/// The matrices by element type.
 using Matrix4x4 = Matrix4x4T<Real>;
 using Matrix4x4d = Matrix4x4T<Real64>;
 using Matrix4x4f = Matrix4x4T<Real32>;

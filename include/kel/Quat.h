@@ -12,6 +12,7 @@ template <class T> class QuatT
 public:
   /// The identity.
   constexpr QuatT() : QuatT(0, 0, 0, 1) {}
+  /// The elements as they are.
   constexpr QuatT(T x, T y, T z, T w) : m_elements(x, y, z, w) {}
   explicit constexpr QuatT(const Vec4T<T>& xyzw) : m_elements(xyzw) {}
   /// Rotation by `angle` about `axis`, as `setRotate`.
@@ -29,8 +30,9 @@ public:
   template <class U> explicit constexpr QuatT(const QuatT<U>& other) : m_elements(other.asVec4()) {}
 
   /// Exact comparison of the elements, so that q and -q differ.
-  friend constexpr bool operator==(const QuatT& a, const QuatT& b) { return a.m_elements == b.m_elements; }
+  constexpr bool operator==(const QuatT& other) const { return m_elements == other.m_elements; }
 
+  /// The elements by name, to read and to write.
   constexpr T x() const { return m_elements.x(); }
   constexpr T& x() { return m_elements.x(); }
   constexpr T y() const { return m_elements.y(); }
@@ -50,6 +52,7 @@ public:
   /// x, y, z.
   constexpr Vec3T<T> asVec3() const { return Vec3T<T>(x(), y(), z()); }
 
+  /// Sets all elements as they are.
   constexpr void set(T x, T y, T z, T w) { m_elements.set(x, y, z, w); }
   constexpr void set(const Vec4T<T>& xyzw) { m_elements = xyzw; }
   /// Writes element `i`, tested as in `at`; the value comes first.
@@ -105,15 +108,18 @@ public:
     const Vec3T<T> s = cross(u, t);
     return v + t * (2 * w()) + s * T(2);
   }
+  /// Each element times a factor.
   constexpr QuatT operator*(T factor) const { return QuatT(m_elements * factor); }
   /// Each element times the reciprocal.
   constexpr QuatT operator/(T divisor) const { return *this * (1 / divisor); }
   /// `*this` followed by the inverse of `q`.
   constexpr QuatT operator/(const QuatT& q) const { return *this * q.inverse(); }
+  /// Sums, differences and opposites of the elements.
   constexpr QuatT operator+(const QuatT& q) const { return QuatT(m_elements + q.m_elements); }
   constexpr QuatT operator-(const QuatT& q) const { return QuatT(m_elements - q.m_elements); }
   constexpr QuatT operator-() const { return QuatT(-m_elements); }
 
+  /// Length of the four elements and its square, 1 for a rotation.
   T length() const { return m_elements.length(); }
   constexpr T length2() const { return m_elements.length2(); }
   /// Scales to length 1 and returns the length before; a null quaternion stays.
@@ -129,6 +135,7 @@ private:
   Vec4T<T> m_elements;
 };
 
+/// The quaternions by element type.
 using Quat = QuatT<Real>;
 using Quat32 = QuatT<Real32>;
 using Quat64 = QuatT<Real64>;

@@ -41,6 +41,7 @@ public:
   constexpr Vec3 getDiagonal() const { return Vec3(m_data[0], m_data[5], m_data[4]); }
   /// Sets from whatever a constructor takes.
   template <class... Args> constexpr void set(const Args&... args) { *this = SPDMatrix3x3(args...); }
+  /// Becomes the identity.
   constexpr void makeIdentity() { *this = SPDMatrix3x3(); }
 
   /// Exact comparison of the elements.
@@ -51,6 +52,7 @@ public:
   bool isNaN() const;
   /// Whether this is exactly the identity.
   constexpr bool isIdentity() const { return *this == SPDMatrix3x3(); }
+  /// The determinant, expanded in full.
   constexpr Real determinant() const
   {
     const auto& [m00, m01, m02, m12, m22, m11] = m_data;
@@ -67,11 +69,14 @@ public:
     return Vec3(m00 * v.x() + m01 * v.y() + m02 * v.z(), m01 * v.x() + m11 * v.y() + m12 * v.z(),
                 m02 * v.x() + m12 * v.y() + m22 * v.z());
   }
+  /// Both the same as `operator*`.
   constexpr Vec3 preMult(const Vec3& v) const { return *this * v; }
   constexpr Vec3 postMult(const Vec3& v) const { return *this * v; }
+  /// Each element times a factor.
   SPDMatrix3x3 operator*(Real factor) const;
   /// Each element times the reciprocal.
   SPDMatrix3x3 operator/(Real divisor) const { return *this * (1 / divisor); }
+  /// Sums and differences of the elements.
   SPDMatrix3x3 operator+(const SPDMatrix3x3& m) const;
   SPDMatrix3x3 operator-(const SPDMatrix3x3& m) const { return *this + m * -1; }
   /// Becomes `m` times a factor.

@@ -13,6 +13,7 @@ public:
   constexpr Vec3T() : Vec3T(T(0)) {}
   /// All elements equal to `value`.
   explicit constexpr Vec3T(T value) : Vec3T(value, value, value) {}
+  /// The elements.
   constexpr Vec3T(T x, T y, T z) : Base(x, y, z, 0) {}
   /// x and y from a plane vector.
   template <class U> constexpr Vec3T(const Vec2T<U>& xy, T z) : Base(xy.x(), xy.y(), z, 0) {}
@@ -23,6 +24,7 @@ public:
   explicit constexpr Vec3T(const Vec3T<U>& other) : Base(other.x(), other.y(), other.z(), 0)
   {}
 
+  /// The elements by name, to read and to write.
   constexpr T x() const { return (*this)[0]; }
   constexpr T& x() { return (*this)[0]; }
   constexpr T y() const { return (*this)[1]; }
@@ -75,6 +77,7 @@ private:
   static constexpr T max(T a, T b) { return a < b ? b : a; }
 };
 
+/// The vectors by element type; `Real`, `Int` and `UInt` have no width in the name.
 using Vec3 = Vec3T<Real>;
 using Vec3d = Vec3T<Real64>;
 using Vec3f = Vec3T<Real32>;
@@ -85,6 +88,7 @@ using Vec3u = Vec3T<UInt>;
 using Vec3u32 = Vec3T<UInt32>;
 using Vec3u64 = Vec3T<UInt64>;
 
+/// Unit vectors along the axes.
 inline constexpr Vec3 X_AXIS = Vec3::X_AXIS();
 inline constexpr Vec3 Y_AXIS = Vec3::Y_AXIS();
 inline constexpr Vec3 Z_AXIS = Vec3::Z_AXIS();

@@ -13,6 +13,7 @@ public:
   constexpr Vec4T() : Vec4T(T(0)) {}
   /// All elements equal to `value`.
   explicit constexpr Vec4T(T value) : Vec4T(value, value, value, value) {}
+  /// The elements.
   constexpr Vec4T(T x, T y, T z, T w) : Base(x, y, z, w) {}
   /// x, y and z from a vector of three.
   constexpr Vec4T(const Vec3T<T>& xyz, T w) : Base(xyz.x(), xyz.y(), xyz.z(), w) {}
@@ -21,6 +22,7 @@ public:
   explicit constexpr Vec4T(const Vec4T<U>& other) : Base(other.x(), other.y(), other.z(), other.w())
   {}
 
+  /// The elements by name, to read and to write.
   constexpr T x() const { return (*this)[0]; }
   constexpr T& x() { return (*this)[0]; }
   constexpr T y() const { return (*this)[1]; }
@@ -35,6 +37,7 @@ public:
   constexpr void set(T value, std::size_t i) { this->at(i) = value; }
 };
 
+/// The vectors by element type; `Real`, `Int` and `UInt` have no width in the name.
 using Vec4 = Vec4T<Real>;
 using Vec4d = Vec4T<Real64>;
 using Vec4f = Vec4T<Real32>;

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <limits>
 #include <stdexcept>
+#include <type_traits>
 #include <utility>
 
 namespace kel {
@@ -31,15 +32,16 @@ public:
   /// A vector of uniform random elements of [min, max], the last element drawn first.
   static V random(T min, T max)
   {
+    using Bound = std::conditional_t<std::floating_point<T>, T, Real>;
     V v;
-    for (std::size_t i = N; i-- > 0;) v[i] = static_cast<T>(kel::random(min, max));
+    for (std::size_t i = N; i-- > 0;) v[i] = static_cast<T>(kel::random(Bound(min), Bound(max)));
     return v;
   }
 
   /// Exact comparison; a NaN equals nothing.
-  friend constexpr bool operator==(const V& a, const V& b)
+  constexpr bool operator==(const VecBase& other) const
   {
-    return all([&](std::size_t i) { return a[i] == b[i]; });
+    return all([&](std::size_t i) { return m_data[i] == other[i]; });
   }
   /// Whether each element is smaller in size than the machine epsilon of `T`.
   constexpr bool equalsZero() const requires std::floating_point<T>
@@ -55,10 +57,12 @@ public:
   /// Whether any element is a NaN.
   constexpr bool isNaN() const { return !isValid(); }
 
+  /// The sum.
   constexpr V operator+(const V& other) const
   {
     return generate([&](std::size_t i) { return m_data[i] + other[i]; });
   }
+  /// The difference.
   constexpr V operator-(const V& other) const
   {
     return generate([&](std::size_t i) { return m_data[i] - other[i]; });
@@ -68,6 +72,7 @@ public:
   {
     return generate([&](std::size_t i) { return -m_data[i]; });
   }
+  /// Each element times a factor.
   constexpr V operator*(T factor) const
   {
     return generate([&](std::size_t i) { return m_data[i] * factor; });
@@ -78,6 +83,7 @@ public:
   {
     return generate([&](std::size_t i) { return m_data[i] / divisor; });
   }
+  /// In place, as the operators without assignment.
   constexpr V& operator+=(const V& other) { return self() = self() + other; }
   constexpr V& operator-=(const V& other) { return self() = self() - other; }
   constexpr V& operator*=(T factor) { return self() = self() * factor; }

@@ -1,0 +1,403 @@
+-- The C++ source of a package: one short function a wrapper, all behaviour in kelLua/Wrap.h.
+local T, signature = load "template", load "signature"
+
+local FILE = [[
+// Package ${name}, made from ${name}.pkg by the binding generator.
+#include "kelLua/Wrap.h"
+${includes}
+
+namespace wrap = kelLua::wrap;
+
+namespace {
+
+${types}
+
+${collectors}
+${bases}
+${checks}
+
+${wrappers}
+
+${chunks}
+const wrap::TypeEntry TYPES[] = {
+    ${typeEntries}
+    {nullptr, nullptr},
+};
+
+const wrap::Entry MEMBERS[] = {
+    ${members}
+    wrap::end(),
+};
+
+} // namespace
+
+int tolua_${name}_open(lua_State* L)
+{
+  return wrap::openPackage(L, TYPES, MEMBERS);
+}
+
+int luaopen_${name}(lua_State* L)
+{
+  return tolua_${name}_open(L);
+}
+]]
+
+local WRAPPER = [[
+${body}
+int ${function}(lua_State* L${local})
+{
+  tolua_Error e;
+  if (!(${guard}))
+    ${otherwise}
+  ${self}
+  ${locals}
+  ${call}
+  ${extra}
+  return ${count};
+}
+${constructors}]]
+
+-- the message is copied before the error is raised, so that no exception object is left behind
+local BOUNDED = [[
+bool inside = true;
+try {
+  ${call}
+} catch (const std::out_of_range& fault) {
+  lua_pushstring(L, fault.what());
+  inside = false;
+}
+if (!inside) wrap::outOfRange(L);]]
+
+local CONSTRUCTORS = [[
+int ${wrapper}(lua_State* L) { return ${wrapper}_any(L, false); }
+int ${wrapper}_local(lua_State* L) { return ${wrapper}_any(L, true); }]]
+
+local GETTER = [[
+int ${get}(lua_State* L)
+{
+  ${owner}
+  ${push}
+  return 1;
+}]]
+
+local SETTER = [[
+int ${set}(lua_State* L)
+{
+  ${owner}
+  tolua_Error e;
+  if (!${guard}) wrap::badValue(L, &e);
+  ${member} = ${value};
+  return 0;
+}]]
+
+local function identifier(text) return (string.gsub(text, "[<>:, %*%.]", "_")) end
+local records -- type string -> name of its record, for those that the source mentions
+local function record(typeString)
+  records[typeString] = "type_"..identifier(typeString)
+  return records[typeString]
+end
+local function wrapperName(f, number) return f.cname..string.format("%02d", number or f.number) end
+local function collectorName(typeString) return "tolua_collect_"..identifier(typeString) end
+
+local GUARDS = {number = "Number", bool = "Bool", string = "String", address = "Address", pointer = "Pointer",
+                reference = "Reference", value = "Reference"}
+
+local function objectType(t) return (t.const and "const " or "")..t.cpp end
+-- an object by value is read through the type that its guard accepts
+local function readType(t) return t.kind == "value" and not t.const and "const "..t.cpp or objectType(t) end
+
+local function guardOf(t, n)
+  local form = (t.default and "opt" or "is")..GUARDS[t.kind]
+  return "wrap::"..form.."(L, "..n..(t.typeString and ", "..record(t.typeString) or "")..", &e)"
+end
+
+local function guards(f)
+  local list, last, n = {}, {}, 1
+  if f.self == "class" then list[1] = "wrap::isClass(L, "..record(f.class.type)..", &e)"
+  elseif f.self ~= "none" then
+    list[1] = "wrap::isSelf(L, "..record((f.self == "const" and "const " or "")..f.class.type)..", &e)"
+  end
+  if f.self ~= "none" then n = 2 end
+  for _, argument in ipairs(f.args) do
+    argument.n = n
+    if argument.kind == "array" then
+      list[#list + 1] = "wrap::isTable(L, "..n..", &e)"
+      last[#last + 1] = "wrap::isNumberArray(L, "..n..", "..argument.dim..", &e)"
+    else list[#list + 1] = guardOf(argument, n) end
+    n = n + 1
+  end
+  list[#list + 1] = "wrap::isEnd(L, "..n..", &e)"
+  for _, guard in ipairs(last) do list[#list + 1] = guard end
+  return table.concat(list, " && ")
+end
+
+local function isNull(default) return default == "0" or default == "NULL" or default == "nullptr" end
+
+local function readObject(t, n, functionName)
+  if not t.default then return "wrap::reference<"..readType(t)..">(L, "..n..")" end
+  if isNull(t.default) then
+    return "wrap::reference<"..readType(t)..">(L, "..n..", "..record(t.typeString)..", "..T.quote(functionName)..")"
+  end
+  local given = "wrap::reference<"..readType(t)..">(L, "..n..")"
+  return "wrap::isGiven(L, "..n..") ? "..given.." : static_cast<const "..t.cpp.."&>("..t.default..")"
+end
+
+local function read(t, n, functionName)
+  local absent = t.default and ", "..t.default or ""
+  if t.kind == "number" then
+    if t.default then absent = ", static_cast<"..t.cpp..">("..t.default..")" end
+    return "wrap::number<"..t.cpp..">(L, "..n..absent..")"
+  elseif t.kind == "bool" then return "wrap::flag(L, "..n..absent..")"
+  elseif t.kind == "string" then return "wrap::"..(t.cstring and not t.inout and "text" or "string").."(L, "..n..absent..")"
+  elseif t.kind == "address" then return "wrap::address(L, "..n..")"
+  elseif t.kind == "array" then return "wrap::NumberArray<"..t.cpp..", "..t.dim..">(L, "..n..").values"
+  elseif t.kind == "pointer" then
+    return "wrap::pointer<"..objectType(t)..">(L, "..n..(isNull(t.default) and "" or absent)..")"
+  end
+  return readObject(t, n, functionName)
+end
+
+local function declared(t)
+  if t.kind == "void" then return "void" end
+  local cpp = objectType(t)
+  if t.kind == "string" and t.cstring and not t.inout then return "const char*" end
+  if t.kind == "address" then return "void*" end
+  if t.kind == "array" then return "const "..t.cpp.."*" end
+  if t.kind == "pointer" then return cpp.."*" end
+  if t.kind == "reference" then return cpp.."&" end
+  if t.inout then return t.cpp.."&" end
+  return t.kind == "value" and cpp or t.cpp
+end
+
+local function bodyFunction(f)
+  if not f.body then return "" end
+  local parameters = {}
+  if f.self == "plain" then parameters[1] = "[[maybe_unused]] "..f.class.type.."* self"
+  elseif f.self == "const" then parameters[1] = "[[maybe_unused]] const "..f.class.type.."* self" end
+  for _, argument in ipairs(f.args) do
+    parameters[#parameters + 1] = "[[maybe_unused]] "..declared(argument).." "..argument.name
+  end
+  return declared(f.result).." "..f.call.."("..table.concat(parameters, ", ")..") "..f.body
+end
+
+local function selfType(f) return (f.self == "const" and "const " or "")..f.class.type end
+local function hasSelf(f) return f.self == "plain" or f.self == "const" end
+
+local function pushBasic(t, expression)
+  local push = {number = "pushNumber", bool = "pushBool", string = "pushString", address = "pushAddress"}
+  return push[t.kind] and "wrap::"..push[t.kind].."(L, "..expression..");"
+end
+
+local function pushObject(t, expression, member)
+  local type = record(t.typeString)
+  if t.kind == "value" then return "wrap::pushCopy<"..t.cpp..">(L, "..expression..", "..type..");" end
+  local address = t.kind == "reference" and "&("..expression..")" or "wrap::plain("..expression..")"
+  return "wrap::"..(member and "pushMember" or "pushObject").."<"..t.cpp..">(L, "..address..", "..type..");"
+end
+
+local function pushResult(f, call)
+  if f.constructor then return "wrap::pushNew(L, "..call..", "..record(f.class.type)..", local);" end
+  if f.result.kind == "void" then return call..";" end
+  return pushBasic(f.result, call) or pushObject(f.result, call, hasSelf(f))
+end
+
+local OPERATORS = {["[]"] = "(*self)[${a}]", ["&[]"] = "(*self)[${a}] = ${b}"}
+
+-- operators are written out, as they may be free functions
+local function callText(f, actual)
+  local prefix = ""
+  if f.body then
+    if hasSelf(f) then table.insert(actual, 1, "self") end
+  elseif OPERATORS[f.operator] then return T.fill(OPERATORS[f.operator], {a = actual[1] or "", b = actual[2] or ""})
+  elseif f.operator and #actual == 0 and f.operator == "-" then return "-*self"
+  elseif f.operator and #actual == 1 then return "*self "..f.operator.." "..actual[1]
+  elseif hasSelf(f) then prefix = "self->" end
+  return prefix..f.call.."("..table.concat(actual, ", ")..")"
+end
+
+local function otherwise(f, any)
+  if f.number > 0 then
+    return "return "..wrapperName(f, f.number - 1)..any.."(L"..(f.constructor and ", local" or "")..");"
+  end
+  local lines = T.each(f.overloads, "\n", function(overload) return "       "..signature.line(overload) end)
+  return "wrap::failed(L, "..T.quote(f.name)..", &e, "..T.quote(lines)..");"
+end
+
+local function wrapper(f)
+  local any = f.constructor and "_any" or ""
+  local guard = guards(f)
+  local actual, locals, extra = {}, {}, {}
+  for _, argument in ipairs(f.args) do
+    local value = read(argument, argument.n, f.name)
+    if argument.kind == "reference" and isNull(argument.default) then
+      table.insert(locals, 1, "auto& a"..argument.n.." = "..value..";") -- raises, so it goes before any text is copied
+      value = "a"..argument.n
+    elseif argument.inout then
+      locals[#locals + 1] = argument.cpp.." a"..argument.n.." = "..value..";"
+      extra[#extra + 1] = pushBasic(argument, "a"..argument.n)
+      value = "a"..argument.n
+    end
+    actual[#actual + 1] = value
+  end
+  local results = (f.result.kind == "void" and 0 or 1) + #extra
+  local call = pushResult(f, callText(f, actual))
+  if f.bounded then call = T.fill(BOUNDED, {call = call}) end
+  return T.fill(WRAPPER, {
+    body = bodyFunction(f),
+    ["function"] = wrapperName(f)..any, ["local"] = f.constructor and ", bool local" or "",
+    guard = guard, otherwise = otherwise(f, any),
+    self = hasSelf(f) and "auto* self = wrap::self<"..selfType(f)..">(L, "..T.quote(f.errorName)..");" or "",
+    locals = table.concat(locals, "\n"), call = call, extra = table.concat(extra, "\n"),
+    count = results,
+    constructors = f.constructor and T.fill(CONSTRUCTORS, {wrapper = wrapperName(f)}) or "",
+  })
+end
+
+local DESTRUCTOR = [[
+int ${wrapper}(lua_State* L)
+{
+  tolua_Error e;
+  if (!(${guard}))
+    ${otherwise}
+  return wrap::destroy<${type}>(L);
+}]]
+
+local function destructor(f)
+  return T.fill(DESTRUCTOR, {wrapper = wrapperName(f), guard = guards(f), otherwise = otherwise(f, ""), type = f.class.type})
+end
+
+local function variableAccess(v)
+  local owner = v.static and "" or "auto* self = wrap::owner<"..v.class.type..">(L, "..T.quote(v.errorName)..");"
+  local member = (v.static and "" or "self->")..v.member
+  local t, push = v.type, nil
+  if v.inherits then
+    push = "wrap::pushMember<"..v.inherits..">(L, self, "..record(v.inherits)..");"
+  else
+    local view = {kind = t.kind == "value" and "reference" or t.kind, cpp = t.cpp, typeString = t.typeString}
+    push = pushBasic(t, member) or pushObject(view, member, not v.static)
+  end
+  local getter = T.fill(GETTER, {get = v.get, owner = owner, push = push})
+  if v.readonly then return getter end
+  return getter.."\n\n"..T.fill(SETTER, {
+    set = v.set, owner = owner, guard = guardOf(t, 2), member = member, value = read(t, 2, v.name),
+  })
+end
+
+
+-- f for every item, the inner ones of classes and modules behind their own
+local function walk(items, f)
+  for _, item in ipairs(items) do
+    f(item)
+    if item.tag == "class" or item.tag == "module" then walk(item.items, f) end
+  end
+end
+local function collect(items, separator, f)
+  local parts = {}
+  walk(items, function(item) parts[#parts + 1] = f(item) end)
+  return table.concat(parts, separator)
+end
+
+local function wrapperText(item)
+  if item.tag == "function" then return item.destructor and destructor(item) or wrapper(item) end
+  if item.tag == "variable" then return variableAccess(item) end
+end
+
+-- type string -> C++ type of everything that this package must be able to destroy
+local function collectedTypes(package)
+  local types = {}
+  walk(package.items, function(item)
+    if item.tag == "class" and item.collected then types[item.type] = item.type end
+    if item.tag == "function" and item.result.kind == "value" then types[item.result.cpp] = item.result.cpp end
+  end)
+  return types
+end
+
+local function baseCheck(class)
+  if not string.find(class.base, "::") then return nil end
+  return "static_assert(wrap::hasBaseAtStart<"..class.type..", "..class.base..">());"
+end
+
+-- A result of an incomplete type would not be recognised as counted, and its handle would outlive it.
+local function completenessChecks(package)
+  local types = {}
+  walk(package.items, function(item)
+    local t = item.tag == "function" and not item.constructor and item.result or item.tag == "variable" and item.type
+    if t and (t.kind == "pointer" or t.kind == "reference") and not package.opaque[t.cpp] then types[t.cpp] = true end
+  end)
+  return T.each(package.types, "\n", function(type)
+    local hint = T.quote("include its header, or list it in opaque_types.txt")
+    return types[type] and "static_assert(wrap::isComplete<"..type..">, "..hint..");"
+  end)
+end
+
+local function printer(class)
+  return class.printed and 'wrap::function(".tostring", wrap::printed<'..class.type..">)," or ""
+end
+
+local members
+local function member(item)
+  if item.tag == "module" then
+    local head = "wrap::module("..T.quote(item.name)..", "..tostring(item.hasVariables or false).."),"
+    return T.lines {head, members(item.items), "wrap::end(),"}
+  elseif item.tag == "class" then
+    local collector = item.collected and collectorName(item.type) or "nullptr"
+    local names = T.each({item.name, item.type, item.base}, ", ", T.quote)
+    return T.lines {"wrap::klass("..names..", "..collector.."),", printer(item), members(item.items), "wrap::end(),"}
+  elseif item.tag == "function" then
+    local names = item.constructor and {new = "", new_local = "_local", [".call"] = "_local"} or {[item.name] = ""}
+    return T.each(item.constructor and {"new", "new_local", ".call"} or {item.name}, "\n", function(name)
+      return "wrap::function("..T.quote(name)..", "..wrapperName(item)..names[name].."),"
+    end)
+  elseif item.tag == "variable" then
+    return "wrap::variable("..T.quote(item.name)..", "..item.get..", "..(item.readonly and "nullptr" or item.set).."),"
+  elseif item.tag == "enum" then
+    return T.each(item.items, "\n", function(e) return "wrap::constant("..T.quote(e.name)..", "..e.value.."),"  end)
+  elseif item.tag == "chunk" then
+    return "wrap::chunk(\"tolua: embedded Lua code "..item.number.."\", CHUNK_"..item.number.."),"
+  end
+end
+function members(items) return T.each(items, "\n", member) end
+
+-- the dashes at the end are a Lua comment, which keeps the line end in front of what follows
+local function chunkTexts(package)
+  local number = 0
+  return collect(package.items, "\n", function(item)
+    if item.tag ~= "chunk" then return nil end
+    number = number + 1
+    item.number = number
+    return "const char CHUNK_"..number.."[] = R\"lua("..item.text.."---------- )lua\";"
+  end)
+end
+
+local function recordTexts()
+  local typeStrings = {}
+  for typeString in pairs(records) do typeStrings[#typeStrings + 1] = typeString end
+  table.sort(typeStrings)
+  return T.each(typeStrings, "\n", function(typeString)
+    return "constinit wrap::Type "..records[typeString].."{"..T.quote(typeString).."};"
+  end)
+end
+
+return function(package)
+  records = {}
+  local collected = collectedTypes(package)
+  local wrappers = collect(package.items, "\n\n", wrapperText)
+  local chunks = chunkTexts(package)
+  return T.fill(FILE, {
+    name = package.name,
+    includes = table.concat(package.includes, "\n"),
+    types = recordTexts(),
+    collectors = T.each(package.types, "\n", function(typeString)
+      local type = collected[typeString]
+      return type and "int "..collectorName(typeString).."(lua_State* L) { return wrap::collect<"..type..">(L); }"
+    end),
+    bases = collect(package.items, "\n", function(item) return item.tag == "class" and baseCheck(item) or nil end),
+    checks = completenessChecks(package),
+    wrappers = wrappers,
+    chunks = chunks,
+    typeEntries = T.each(package.types, "\n", function(typeString)
+      return "{"..T.quote(typeString)..", "..(collected[typeString] and collectorName(typeString) or "nullptr").."},"
+    end),
+    members = members(package.items),
+  })
+end

@@ -1,0 +1,25 @@
+#pragma once
+#include <string>
+
+namespace kel {
+
+template <class T> class Vec2T;
+template <class T> class Vec3T;
+template <class T> class Vec4T;
+template <class T> class QuatT;
+template <class T> class AffineMatrix4x4T;
+
+/// Readable forms such as "Vec3(1, 2, 3)", with as many digits as the element type holds safely.
+template <class T> std::string toString(const Vec2T<T>& v);
+template <class T> std::string toString(const Vec3T<T>& v);
+template <class T> std::string toString(const Vec4T<T>& v);
+std::string toString(const QuatT<double>& q);
+/// Rows in braces, row by row.
+std::string toString(const AffineMatrix4x4T<double>& m);
+
+/// x, y and z with blanks between, in six significant digits.
+std::string printVec3(const Vec3T<double>& v);
+/// A line with "{", a line for each row, a line with "}", in six significant digits.
+std::string printAffineMatrix4x4(const AffineMatrix4x4T<double>& m);
+
+} // namespace kel

@@ -1,0 +1,21 @@
+# kel_cpp_tests(<layer> LINK ...): the GoogleTest program of a layer, all *Test.cpp beside it.
+function(kel_cpp_tests layer)
+  cmake_parse_arguments(ARG "" "" "LINK;LABELS" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS *Test.cpp)
+  add_executable(${layer}_tests ${sources})
+  kel_warnings(${layer}_tests)
+  target_link_libraries(${layer}_tests PRIVATE ${ARG_LINK} GTest::gtest_main)
+  gtest_discover_tests(${layer}_tests TEST_PREFIX ${layer}. PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT 600)
+endfunction()
+
+# kel_lua_tests(<layer>): every *_spec.lua beside it, run by busted inside the host.
+function(kel_lua_tests layer)
+  file(GLOB specs CONFIGURE_DEPENDS *_spec.lua)
+  foreach(spec ${specs})
+    get_filename_component(name ${spec} NAME_WE)
+    add_test(NAME ${layer}.${name} COMMAND kel ${PROJECT_SOURCE_DIR}/tests/busted.lua -o TAP ${spec}
+             WORKING_DIRECTORY ${PROJECT_SOURCE_DIR})
+    set_tests_properties(${layer}.${name} PROPERTIES LABELS quick TIMEOUT 600
+                         ENVIRONMENT "KEL=$<TARGET_FILE:kel>;KEL_LIB=${CMAKE_LIBRARY_OUTPUT_DIRECTORY}")
+  endforeach()
+endfunction()

@@ -1,0 +1,39 @@
+-- Compares what the generator writes for a test package with the files kept in golden/:
+--   lua golden.lua GENERATED GOLDEN [--refresh]
+-- --refresh replaces the kept files after an intended change.
+local generated, golden, refresh = arg[1], arg[2], arg[3] == "--refresh"
+local FILES = {"generated_test_Golden.cpp", "test_Golden.lua", "test_Golden.md", "test_Golden.model.lua"}
+
+local function read(path)
+  local file = io.open(path)
+  if not file then return nil end
+  local text = file:read("*a")
+  file:close()
+  return text
+end
+
+local function firstDifference(actual, expected)
+  local line = 0
+  local wanted = string.gmatch(expected.."\n", "([^\n]*)\n")
+  for text in string.gmatch(actual.."\n", "([^\n]*)\n") do
+    line = line + 1
+    local kept = wanted()
+    if text ~= kept then return line, text, kept end
+  end
+  return line + 1, nil, wanted()
+end
+
+local faults = 0
+for _, name in ipairs(FILES) do
+  local actual, expected = assert(read(generated.."/"..name)), read(golden.."/"..name)
+  if refresh then
+    local file = assert(io.open(golden.."/"..name, "w"))
+    file:write(actual)
+    file:close()
+  elseif actual ~= expected then
+    faults = faults + 1
+    local line, text, kept = firstDifference(actual, expected or "")
+    print(name..":"..line..":\n  written: "..tostring(text).."\n  golden:  "..tostring(kept))
+  end
+end
+os.exit(faults == 0 and 0 or 1)

@@ -1,0 +1,93 @@
+local nan = 0 / 0
+
+describe("scalar helpers", function()
+  it("interpolate, constant beyond the ends", function()
+    assert.equal(3, kel.lerp(1, 3, 2))
+    assert.equal(1, kel.lerp(1, 3, -1))
+    assert.equal(2, kel.lerp(1, 3, 0.5))
+    assert.equal(0.7, kel.lerp(0.1, 0.7, 1))
+    local t = kel.lerp(1, 3, nan)
+    assert.not_equal(t, t)
+  end)
+
+  it("interpolate logarithms with a single-precision parameter", function()
+    assert.near(10, kel.logInterpolate(1, 100, 0.5), 1e-12)
+    assert.equal(kel.logInterpolate(7, 50, 1), kel.logInterpolate(7, 50, 1 - 1e-9))
+    assert.near(50, kel.logInterpolate(7, 50, 1 + 1e-6), 1e-12)
+    assert.near(7, kel.logInterpolate(7, 50, -1), 1e-12)
+  end)
+
+  it("clamp, tell the sign and clear it", function()
+    assert.equal(3, kel.clamp(5, 0, 3))
+    assert.equal(0, kel.clamp(-5, 0, 3))
+    assert.equal(4, kel.clamp(1, 4, 2))
+    assert.equal(1, kel.sign(0))
+    assert.equal(1, kel.sign(nan))
+    assert.equal(-1, kel.sign(-1e-300))
+    assert.equal(2, kel.absolute(-2))
+    assert.equal(1 / 0, 1 / kel.absolute(-0))
+  end)
+
+  it("draw random numbers between bounds", function()
+    for _ = 1, 100 do
+      local r = kel.random(-1, 2)
+      assert.is_true(r >= -1 and r <= 2)
+    end
+  end)
+end)
+
+describe("kel.equivalent", function()
+  it("has a smaller tolerance for numbers than for vectors", function()
+    assert.is_true(kel.equivalent(1, 1 + 5e-10))
+    assert.is_false(kel.equivalent(1, 1 + 5e-7))
+    assert.is_true(kel.equivalent(1, 1.5, 0.5))
+    for _, class in ipairs {kel.Vec2, kel.Vec3, kel.Vec4} do
+      assert.is_true(kel.equivalent(class(0), class(5e-7)))
+      assert.is_false(kel.equivalent(class(0), class(5e-6)))
+      assert.is_true(kel.equivalent(class(0), class(5e-6), 1e-5))
+    end
+  end)
+
+  it("takes quaternions like vectors and matrices like numbers", function()
+    assert.is_true(kel.equivalent(kel.Quat(0, 0, 0, 1), kel.Quat(5e-7, 0, 0, 1)))
+    assert.is_false(kel.equivalent(kel.Quat(0, 0, 0, 1), kel.Quat(0, 0, 0, -1)))
+    local moved = kel.AffineMatrix4x4.translate(5e-7, 0, 0)
+    assert.is_false(kel.equivalent(kel.AffineMatrix4x4(), moved))
+    assert.is_true(kel.equivalent(kel.AffineMatrix4x4(), moved, 1e-6))
+  end)
+
+  it("fails on a NaN", function()
+    assert.is_false(kel.equivalent(nan, nan))
+    assert.is_false(kel.equivalent(kel.Vec3(0, nan, 0), kel.Vec3(0, nan, 0)))
+  end)
+end)
+
+describe("kel.absolute", function()
+  it("widens a float vector", function()
+    local v = kel.absolute(kel.Vec3f(-1, 0.1, -3))
+    assert.equal("kel::Vec3", tolua.type(v))
+    assert.equal(1, v:x())
+    assert.equal(kel.Vec3f(0.1):x(), v:y())
+    assert.equal(3, v:z())
+    assert.equal("kel::Vec4", tolua.type(kel.absolute(kel.Vec4f(-1))))
+  end)
+
+  it("refuses the double vectors that scripts have", function()
+    for _, class in ipairs {kel.Vec2, kel.Vec3, kel.Vec4} do
+      assert.error_matches(function() kel.absolute(class(1)) end, "error in function 'absolute'%.")
+    end
+  end)
+end)
+
+describe("solve modes", function()
+  it("have their own numbers for constraints and friction models", function()
+    assert.equal(1, kel.Constraint.DIRECT)
+    assert.equal(4, kel.Constraint.ITERATIVE)
+    assert.equal(5, kel.Constraint.DIRECT_AND_ITERATIVE)
+    assert.equal(0, kel.FrictionModel.NOT_DEFINED)
+    assert.equal(1, kel.FrictionModel.DIRECT)
+    assert.equal(2, kel.FrictionModel.ITERATIVE)
+    assert.equal(3, kel.FrictionModel.SPLIT)
+    assert.equal(4, kel.FrictionModel.DIRECT_AND_ITERATIVE)
+  end)
+end)

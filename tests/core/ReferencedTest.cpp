@@ -1,0 +1,90 @@
+#include "kel/Component.h"
+#include "kel/observer_ptr.h"
+#include "kel/ref_ptr.h"
+#include <gtest/gtest.h>
+#include <vector>
+
+namespace {
+
+int s_alive = 0;
+
+class Counted : public kel::Referenced
+{
+public:
+  Counted() { ++s_alive; }
+  Counted(const Counted& other) : Referenced(other) { ++s_alive; }
+
+protected:
+  ~Counted() override { --s_alive; }
+};
+
+struct Collecting : kel::DeleteHandler
+{
+  std::vector<const kel::Referenced*> requests;
+  void requestDelete(const kel::Referenced* object) override { requests.push_back(object); }
+};
+
+} // namespace
+
+TEST(Referenced, LastReleaseDestroys)
+{
+  auto* object = new Counted;
+  EXPECT_EQ(object->getReferenceCount(), 0U);
+  {
+    const kel::ref_ptr<Counted> one(object);
+    kel::ref_ptr<Counted> two = one;
+    two = one; // the same object: no change
+    EXPECT_EQ(object->getReferenceCount(), 2U);
+    const kel::ref_ptr<kel::Referenced> base(two);
+    kel::ref_ptr<Counted> moved = std::move(two);
+    EXPECT_EQ(object->getReferenceCount(), 3U);
+    moved = nullptr;
+    EXPECT_EQ(s_alive, 1);
+  }
+  EXPECT_EQ(s_alive, 0);
+}
+
+TEST(Referenced, CopyHasItsOwnCount)
+{
+  const kel::ref_ptr<Counted> original(new Counted);
+  const kel::ref_ptr<Counted> copy(new Counted(*original));
+  EXPECT_EQ(copy->getReferenceCount(), 1U);
+}
+
+TEST(Referenced, HandlerTakesTheObjectOver)
+{
+  Collecting handler;
+  kel::Referenced::setDeleteHandler(&handler);
+  auto* object = new Counted;
+  object->reference();
+  object->unreference();
+  EXPECT_EQ(s_alive, 1);
+  ASSERT_EQ(handler.requests, std::vector<const kel::Referenced*>{object});
+  kel::Referenced::setDeleteHandler(nullptr);
+  object->reference();
+  object->unreference();
+  EXPECT_EQ(s_alive, 0);
+}
+
+TEST(Component, HoldsByReferenceAndRefusesCycles)
+{
+  const kel::ref_ptr<kel::Component> root(new kel::Component("root"));
+  const kel::ref_ptr<kel::Component> arm(new kel::Component("arm"));
+  const kel::ref_ptr<kel::Component> hand(new kel::Component("hand"));
+  root->addObject(arm.get());
+  arm->addObject(hand.get());
+  arm->addObject(hand.get());  // twice: once
+  hand->addObject(root.get()); // would be a cycle
+  EXPECT_EQ(hand->fullName(), "root.arm.hand");
+  EXPECT_EQ(hand->getReferenceCount(), 2U);
+  EXPECT_TRUE(hand->hasParent(root.get()));
+  EXPECT_EQ(root->getContext(), nullptr);
+
+  root->addObject(hand.get()); // moves
+  EXPECT_EQ(hand->fullName(), "root.hand");
+  EXPECT_EQ(hand->getReferenceCount(), 2U);
+  EXPECT_EQ(arm->getObject("hand"), nullptr);
+  EXPECT_EQ(root->getObject("hand"), hand.get());
+  root->removeAllObjects();
+  EXPECT_EQ(hand->getContext(), nullptr);
+}

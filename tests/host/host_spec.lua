@@ -1,0 +1,119 @@
+-- The program itself: what it prints, where, and with which exit status.
+local shell = require("tests.shell")
+local kel, script = shell.kel, shell.script
+
+describe("kel", function()
+  it("runs a script with its arguments in arg", function()
+    local path = script("print(arg[0], #arg, arg[1], arg[2], ...)")
+    local run = kel(path .. " one --two")
+    assert.equal(0, run.status)
+    assert.equal(path .. "\t2\tone\t--two\tone\t--two\n", run.out)
+    assert.equal("", run.err)
+  end)
+
+  it("runs a chunk and standard input", function()
+    assert.equal("3\n", kel("-e 'print(1 + 2)'").out)
+    assert.equal("x\n", kel("-e 'print(arg[1])' x").out)
+    assert.equal("4\n", kel("-", "print(2 + 2)").out)
+    assert.equal("5\n", kel("", "print(2 + 3)").out)
+  end)
+
+  it("says who it is and how it is used", function()
+    local version = kel("--version")
+    assert.equal(0, version.status)
+    assert.truthy(version.out:find("2.18.0.0", 1, true))
+    local help = kel("--help")
+    assert.equal(0, help.status)
+    for _, option in ipairs({ "-e", "--log-level", "--no-plugin", "--traceback" }) do
+      assert.truthy(help.out:find(option, 1, true), option)
+    end
+  end)
+
+  it("refuses bad usage with status 2", function()
+    for _, words in ipairs({ "--nonsense x.lua", "--log-level loud x.lua", "-e" }) do
+      local run = kel(words)
+      assert.equal(2, run.status, words)
+      assert.equal("", run.out)
+      assert.truthy(run.err ~= "")
+    end
+  end)
+
+  it("logs the plug-in's build line only at level info", function()
+    assert.equal("", kel("-e ''").err)
+    local line = kel("--log-level info -e ''").err
+    assert.truthy(line:match("^LuaPluginKel::LuaPluginKel%(%): %a%a%a [%d ]%d %d%d%d%d %d%d:%d%d:%d%d\n$"), line)
+  end)
+
+  it("leaves the tree out when asked to", function()
+    assert.equal("nil\n", kel("--no-plugin -e 'print(kel)'").out)
+    assert.equal("table\n", kel("-e 'print(type(kel))'").out)
+  end)
+
+  it("survives the end of a state that holds a simulation and its listener", function()
+    local run = kel("-e 'sim = kelSDK.Simulation() l = kelSDK.LuaStepEventListener() sim:add(l) l.sim = sim'")
+    assert.equal(0, run.status)
+    assert.equal("", run.err)
+  end)
+end)
+
+describe("a script that fails", function()
+  local function fails(text, pattern)
+    local run = kel(script(text))
+    assert.equal(1, run.status)
+    assert.truthy(run.err:match(pattern), run.err)
+    return run.err
+  end
+
+  it("that is missing is named", function()
+    local run = kel("nowhere/missing.lua")
+    assert.equal(1, run.status)
+    assert.truthy(run.err:find("nowhere/missing.lua", 1, true), run.err)
+    assert.truthy(run.err:find("No such file", 1, true), run.err)
+  end)
+
+  it("shows file, line and traceback", function()
+    fails("local x = = 1", "%.lua:1: unexpected symbol")
+    local text = fails("local function inner() error('broken') end\nlocal function outer()\n  inner()\nend\nouter()",
+                       "%.lua:1: broken\nstack traceback:")
+    assert.truthy(text:match("%.lua:3: in function 'outer'") or text:match("%.lua:3:"), text)
+    fails("error({})", "error object is a table value")
+    fails("error(setmetatable({}, {__tostring = function() return 'readable' end}))", "readable")
+  end)
+
+  it("names the function and the argument of a bad call", function()
+    fails("\nkel.Vec3(1, 2, 3):length(4)", "%.lua:2: error in function 'length'%.")
+    fails("kel.Vec3.length(nil)", "%.lua:1: invalid 'self' in function 'length'")
+    fails("kelSDK.Simulation():add('box')", "%.lua:1: error in function 'add'%.")
+  end)
+
+  it("is stopped by Ctrl-C", function()
+    local run = shell.run(("timeout --preserve-status -s INT 1 %s %s"):format(shell.program, script("while true do pcall(print) end")))
+    assert.equal(130, run.status)
+    assert.truthy(run.err:find("interrupted", 1, true), run.err)
+  end)
+end)
+
+describe("plug-in files", function()
+  it("that are absent or broken end in one message", function()
+    local folder = shell.folder()
+    local function moved(prepare)
+      shell.run(("mkdir -p %s/bin %s/lib && cp %s %s/bin/"):format(folder, folder, shell.program, folder))
+      prepare(folder .. "/lib")
+      return shell.run(("LD_LIBRARY_PATH=%s %s/bin/kel -e 'print(1)'"):format(shell.libraries, folder))
+    end
+    local absent = moved(function() end)
+    assert.equal(1, absent.status)
+    assert.truthy(absent.err:find("libkel_luaplugin.so", 1, true), absent.err)
+
+    local broken = moved(function(lib) shell.run(("echo rubbish > %s/libkel_luaplugin.so"):format(lib)) end)
+    assert.equal(1, broken.status)
+    assert.truthy(broken.err:match("^kel: cannot load the plug%-in 'kel': [^\n]+\n$"), broken.err)
+
+    local alone = moved(function(lib)
+      shell.run(("cp %s/libkel_luaplugin.so %s/"):format(shell.libraries, lib))
+    end)
+    assert.equal(0, alone.status)
+    assert.equal("error: Error loading plugin: kelEntities\n", alone.err)
+    assert.equal("1\n", alone.out)
+  end)
+end)
