@@ -11,6 +11,7 @@ find_package(CLI11 REQUIRED)
 # Lua headers without the library: our libraries take lua_* from the process, which has exactly one Lua.
 add_library(LuaHeaders INTERFACE)
 target_include_directories(LuaHeaders SYSTEM INTERFACE ${Lua_INCLUDE_DIRS})
+list(JOIN Lua_CFLAGS " " LUA_CFLAGS)
 
 find_library(TOLUA_LIBRARY tolua++5.1 REQUIRED)
 find_program(TOLUA_PROGRAM tolua++5.1 REQUIRED)
