@@ -181,6 +181,19 @@ TEST_F(Wrap, BodiesFamiliesModulesAndChunks)
   run("assert(test.Listener():describe('count') == 'count 1')");
 }
 
+TEST_F(Wrap, VariablesOfModules)
+{
+  run("assert(test.counter == 1 and test.VERSION == 'one' and test.inner.depth == 2)");
+  run("test.counter = 5.9 test.inner.depth = 3 test.origin = V(1, 2, 3)");
+  EXPECT_EQ(test::counter, 5);
+  EXPECT_EQ(test::inner::depth, 3);
+  EXPECT_EQ(test::origin.z, 3);
+  run("test.origin:set(0, 0, 0) assert(test.origin == V())");
+  EXPECT_EQ(test::origin.z, 0);
+  EXPECT_NE(failure("test.counter = 'x'").find("invalid type in variable assignment"), std::string::npos);
+  run("test.counter = 1 test.inner.depth = 2");
+}
+
 TEST_F(Wrap, SmartPointerMembersHoldReferences)
 {
   run("local n, b = test.Neighbourhood(), B() n.body = b assert(b:getReferenceCount() == 2 and n.body == b)"
