@@ -38,7 +38,7 @@ end
 describe("every function", function()
   it("is there", function()
     print(("# %d functions of the tree"):format(#functions))
-    assert.is_true(#functions > 500)
+    assert.is_true(#functions > 350)
   end)
 
   it("refuses surplus arguments of a wrong kind", function()

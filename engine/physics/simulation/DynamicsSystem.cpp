@@ -1,0 +1,126 @@
+#include "kel/DynamicsSystem.h"
+#include "body/BodyRows.h"
+#include "body/integrator.h"
+#include "kelCollide/Space.h"
+#include "simulation/references.h"
+#include <algorithm>
+
+namespace kel {
+
+DynamicsSystem::DynamicsSystem()
+    : Component("DynamicsSystem"), m_timeGovernor(new TimeGovernor), m_solver(new Solver)
+{}
+
+DynamicsSystem::~DynamicsSystem()
+{
+  for (const auto& constraint : m_constraints) countConstraint(*constraint, -1);
+  for (const auto& body : m_bodies) body->m_system = nullptr;
+}
+
+bool DynamicsSystem::add(RigidBody* body)
+{
+  const ref_ptr<RigidBody> keep(body);
+  if (!body || body->m_system) return false;
+  body->m_system = this;
+  body->m_systemIndex = static_cast<Index>(m_bodies.size());
+  m_bodies.push_back(keep);
+  return true;
+}
+
+bool DynamicsSystem::remove(RigidBody* body)
+{
+  if (!body || body->m_system != this) return false;
+  const ref_ptr<RigidBody> keep(body);
+  body->m_system = nullptr;
+  m_bodies.erase(m_bodies.begin() + body->m_systemIndex);
+  for (Index i = body->m_systemIndex; i < m_bodies.size(); ++i) m_bodies[i]->m_systemIndex = i;
+  return true;
+}
+
+bool DynamicsSystem::add(Interaction* interaction) { return addReference(m_interactions, interaction); }
+
+bool DynamicsSystem::remove(Interaction* interaction) { return removeReference(m_interactions, interaction); }
+
+bool DynamicsSystem::add(Constraint* constraint)
+{
+  if (!addReference(m_constraints, constraint)) return false;
+  countConstraint(*constraint, 1);
+  return true;
+}
+
+bool DynamicsSystem::remove(Constraint* constraint)
+{
+  const ref_ptr<Constraint> keep(constraint);
+  if (!removeReference(m_constraints, constraint)) return false;
+  countConstraint(*constraint, -1);
+  return true;
+}
+
+void DynamicsSystem::countConstraint(const Constraint& constraint, int change)
+{
+  for (std::size_t i = 0; i < constraint.getNumBodies(); ++i)
+    BodyRows::instance().numConstraints[constraint.getBodyAt(i)->m_row] += static_cast<UInt32>(change);
+}
+
+RigidBody* DynamicsSystem::getRigidBody(const Name& name) const { return findByName(m_bodies, name); }
+
+Constraint* DynamicsSystem::getConstraint(const Name& name) const { return findByName(m_constraints, name); }
+
+void DynamicsSystem::setTimeGovernor(TimeGovernor* governor)
+{
+  if (governor) m_timeGovernor = governor;
+}
+
+void DynamicsSystem::stepForward()
+{
+  const Real timeStep = m_timeGovernor->getTimeStep();
+  for (const auto& interaction : m_interactions) interaction->updateForce(this);
+  m_solver->solve(*this, timeStep);
+
+  const BodyRows& rows = BodyRows::instance();
+  for (const auto& body : m_bodies) {
+    if (!body->getEnable() || body->getMotionControl() == RigidBody::STATIC) continue;
+    const Index row = body->m_row;
+    rows.lastForce[row] = rows.force[row];
+    rows.lastTorque[row] = rows.torque[row];
+    rows.force[row] = rows.torque[row] = Vec3();
+    integrate(*body, timeStep);
+  }
+}
+
+template <class Quantity> auto DynamicsSystem::sum(Quantity quantity) const
+{
+  decltype(quantity(*m_bodies.front())) total{};
+  for (const auto& body : m_bodies)
+    if (body->getEnable() && body->getMotionControl() == RigidBody::DYNAMICS) total += quantity(*body);
+  return total;
+}
+
+Vec3 DynamicsSystem::getLinearMomentum() const
+{
+  return sum([](const RigidBody& body) { return body.getLinearMomentum(); });
+}
+
+Vec3 DynamicsSystem::getAngularMomentum() const
+{
+  return sum([](const RigidBody& body) {
+    return body.getAngularMomentum() + cross(body.getCmPosition(), body.getLinearMomentum());
+  });
+}
+
+Real DynamicsSystem::getPotentialEnergy() const
+{
+  return sum([](const RigidBody& body) { return body.getPotentialEnergy(); });
+}
+
+Real DynamicsSystem::getTranslationalEnergy() const
+{
+  return sum([](const RigidBody& body) { return body.getTranslationalEnergy(); });
+}
+
+Real DynamicsSystem::getRotationalEnergy() const
+{
+  return sum([](const RigidBody& body) { return body.getRotationalEnergy(); });
+}
+
+} // namespace kel

@@ -1,0 +1,28 @@
+#pragma once
+#include "kel/RigidBody.h"
+
+namespace kel {
+
+/// A body in scaled coordinates for the length of a step.
+///
+/// With the mass matrix M and the factor F, F F^T = M^-1, the scaled velocity is w = F^-1 v and a scaled
+/// Jacobian row is J F: an impulse along a row then changes w by the row itself, so that the solver needs no
+/// masses.
+struct SolverBody
+{
+  Real oldVelocity[6] = {};  ///< before the step: linear, angular
+  Real freeVelocity[6] = {}; ///< after forces alone
+  Real linearFactor = 0;     ///< sqrt(1/mass); 0 for what impulses do not move
+  Real angularFactor[3][3] = {};
+
+  bool isMovable() const { return linearFactor > 0; }
+  /// Starts a movable body, or one that moves whatever happens.
+  void load(const RigidBody& body, const Vec3& gravity, Real timeStep);
+  /// Scaled form of the free velocity, and unscaled form of a velocity.
+  void scaleFreeVelocity(Real (&scaled)[6]) const;
+  void unscale(const Real (&scaled)[6], Vec3& velocity, Vec3& angularVelocity) const;
+  /// Scaled form of a Jacobian.
+  void scaleRow(const Vec3& linear, const Vec3& angular, Real (&row)[6]) const;
+};
+
+} // namespace kel

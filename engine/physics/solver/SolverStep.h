@@ -1,0 +1,63 @@
+#pragma once
+#include "kel/DynamicsSystem.h"
+#include "kelCollide/GeometryContact.h"
+#include "solver/Islands.h"
+#include "solver/RowSystem.h"
+#include <vector>
+
+namespace kel {
+
+/// The solution of one step; the memory is kept for the next.
+class Solver::Step
+{
+public:
+  Step() : m_rows(m_bodies, m_velocities) {}
+
+  void solve(const Solver& solver, DynamicsSystem& system, Real timeStep);
+
+  UInt32 numRows = 0;
+  UInt32 numSweeps = 0;
+
+private:
+  /// Where the impulse of a constraint's row goes.
+  struct ForceTarget
+  {
+    Index row;
+    Real* force;
+  };
+  /// Where the impulses of a contact point go.
+  struct PointTarget
+  {
+    Index normal;
+    Index friction;
+    Index pointRow;
+  };
+
+  void loadBodies(const DynamicsSystem& system);
+  void findIslands();
+  void solveIsland(std::span<const Index> items);
+  void addConstraint(const Constraint& constraint);
+  void addContact(const kelCollide::GeometryContact& contact);
+  void addContactPoint(Index pointRow, const RigidBody* const (&bodies)[2], Real friction, Real restitution);
+  void storeImpulses();
+  void storeVelocities();
+  /// Number of a body among the solver's: 0 for one that does not move.
+  Index indexOf(const RigidBody* body) const;
+  /// The same, 0 also for one that impulses do not move.
+  Index movableIndexOf(const RigidBody* body) const;
+
+  const Solver* m_solver = nullptr;
+  DynamicsSystem* m_system = nullptr;
+  Real m_timeStep = 0;
+  std::vector<SolverBody> m_bodies; // the world, then the system's bodies in their order
+  std::vector<ScaledVelocity> m_velocities;
+  std::vector<Index> m_inIsland;
+  std::vector<kelCollide::GeometryContact> m_contacts; // those that act
+  Islands m_islands;
+  RowSystem m_rows;
+  std::vector<ConstraintRow> m_buffer;
+  std::vector<ForceTarget> m_forceTargets;
+  std::vector<PointTarget> m_pointTargets;
+};
+
+} // namespace kel

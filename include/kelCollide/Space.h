@@ -1,0 +1,86 @@
+#pragma once
+#include "kel/Types.h"
+#include "kel/ref_ptr.h"
+#include "kelCollide/Geometry.h"
+#include "kelCollide/GeometryContact.h"
+#include <memory>
+#include <unordered_set>
+#include <vector>
+
+namespace kelCollide {
+
+/// Holds the geometries of a simulation and finds their contacts.
+class Space : public kel::Referenced, public kelStream::Serializable
+{
+public:
+  /// How pairs of geometries whose boxes overlap are found.
+  enum BroadPhaseAlgorithm
+  {
+    SWEEP_AND_PRUNE = 0,
+    HIERARCHICAL_GRID = 1
+  };
+
+  /// An empty space with `HIERARCHICAL_GRID`.
+  Space();
+
+  /// Takes a reference on a geometry; false for null and for one that a space has already.
+  bool add(Geometry* geometry);
+  /// Lets a geometry go, with its contacts; false if it is not here.
+  bool remove(Geometry* geometry);
+  /// The geometry of that name, the first added if there are several; null if there is none. Not owned.
+  Geometry* getGeometry(const kel::Name& name) const;
+  /// All geometries in the order of their addition.
+  const std::vector<kel::ref_ptr<Geometry>>& getGeometries() const { return m_geometries; }
+
+  /// Switches the algorithm; all contacts go. False for a number that is none.
+  bool setBroadPhaseAlgorithm(int algorithm);
+  BroadPhaseAlgorithm getBroadPhaseAlgorithm() const { return m_broadPhase; }
+
+  /// Finds overlapping boxes, then contacts.
+  void update();
+  /// Takes over where geometries have moved and finds the pairs whose boxes overlap.
+  void updateBroadPhase();
+  /// Finds the contacts of the pairs; earlier contacts become invalid.
+  void updateNarrowPhase();
+
+  /// The contacts of the last update, ordered by when their first, then their second geometry came to the
+  /// space.
+  const std::vector<GeometryContact>& getGeometryContacts() const { return m_contacts; }
+  /// The contact of two geometries in any order; an invalid one if there is none.
+  GeometryContact getContact(const Geometry* first, const Geometry* second) const;
+  /// Forgets all contacts, also the forces that the next solution would start from.
+  void clearContacts();
+  /// Keeps the impulses of the contact points for the start of the next solution. To be called after each
+  /// one.
+  void storeContactImpulses();
+
+  /// Whether the space lets two geometries collide: not if one is null or both are the same, not if one or
+  /// its body is disabled, has its collisions off, or both ride on one body, and not if the pair is disabled.
+  bool canCollide(const Geometry* first, const Geometry* second) const
+  {
+    return canCollide(first, second, this);
+  }
+  /// The same for geometries of any space; the pairs are those of `space`, none for null.
+  static bool canCollide(const Geometry* first, const Geometry* second, const Space* space);
+  /// Disables and enables a pair; all pairs are enabled at first. Does nothing for null.
+  void setEnableCollisions(const Geometry* first, const Geometry* second, bool enable);
+  bool getEnableCollisions(const Geometry* first, const Geometry* second) const;
+  kel::String getClassName() const override { return "Space"; }
+
+protected:
+  ~Space() override;
+
+private:
+  class Detector;
+
+  void dropContacts(const Geometry* geometry);
+
+  std::vector<kel::ref_ptr<Geometry>> m_geometries;
+  std::unordered_set<kel::UInt64> m_disabledPairs; // both ids, the smaller one in the upper half
+  std::vector<GeometryContact> m_contacts;
+  std::unique_ptr<Detector> m_detector;
+  BroadPhaseAlgorithm m_broadPhase = HIERARCHICAL_GRID;
+  kel::UInt32 m_nextOrder = 0;
+};
+
+} // namespace kelCollide

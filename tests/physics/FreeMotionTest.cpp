@@ -1,0 +1,67 @@
+#include "kel/DynamicsSystem.h"
+#include "kelCollide/Box.h"
+#include <cmath>
+#include <gtest/gtest.h>
+
+namespace {
+
+using kel::DynamicsSystem;
+using kel::Real;
+using kel::ref_ptr;
+using kel::RigidBody;
+using kel::Vec3;
+
+constexpr Real G = 9.80665;
+
+struct FreeMotion : testing::TestWithParam<Real>
+{
+  ref_ptr<DynamicsSystem> system = new DynamicsSystem;
+  Real h = GetParam();
+
+  FreeMotion() { system->getTimeGovernor()->setTimeStep(h); }
+  void run(Real time)
+  {
+    for (int i = 0; i < std::lround(time / h); ++i) system->stepForward();
+  }
+};
+
+TEST_P(FreeMotion, FallsWithGravity)
+{
+  ref_ptr<RigidBody> body = new RigidBody("ball");
+  body->setPosition(0, 0, 1000);
+  body->setVelocity(10, 0, 20);
+  system->add(body.get());
+  run(2);
+  EXPECT_NEAR(body->getVelocity().z(), 20 - G * 2, 1e-12);
+  EXPECT_NEAR(body->getPosition().x(), 20, 1e-11);
+  EXPECT_NEAR(body->getPosition().z(), 1000 + 40 - G * 2, G * h * 2 / 2 * (1 + 1e-9));
+  EXPECT_NEAR(body->getAcceleration().z(), -G, 1e-10);
+}
+
+TEST_P(FreeMotion, KeepsMomentumAndEnergyOfATumblingBody)
+{
+  ref_ptr<RigidBody> body = new RigidBody(new kelCollide::Geometry(new kelCollide::Box(0.5, 0.3, 0.1)));
+  body->setAngularVelocity(0.02, 3, 0.02);
+  system->add(body.get());
+  system->setUniformGravity(Vec3());
+  const Vec3 momentum = system->getAngularMomentum();
+  const Real energy = system->getRotationalEnergy();
+  int flips = 0;
+  Real sign = 1;
+  for (int i = 0; i < std::lround(60 / h); ++i) {
+    system->stepForward();
+    EXPECT_LT((system->getAngularMomentum() - momentum).length(), 1e-10 * momentum.length());
+    EXPECT_LT(std::fabs(system->getRotationalEnergy() - energy), 1e-3 * energy);
+    const Real spin = body->getFrame()->transformVectorToLocal(body->getAngularVelocity()).y();
+    if (spin * sign < 0) {
+      sign = -sign;
+      ++flips;
+    }
+  }
+  // The axis in the middle is unstable: without the gyroscopic term the body would never turn over.
+  EXPECT_GT(flips, 3);
+}
+
+INSTANTIATE_TEST_SUITE_P(TimeSteps, FreeMotion, testing::Values(1.0 / 60, 1.0 / 600));
+
+} // namespace

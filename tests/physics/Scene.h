@@ -1,0 +1,41 @@
+#pragma once
+#include "kelCollide/Box.h"
+#include "kelCollide/Plane.h"
+#include "kelCollide/Sphere.h"
+#include "kelSDK/Simulation.h"
+
+/// A simulation with short ways to fill it.
+struct Scene
+{
+  static constexpr kel::Real G = 9.80665;
+
+  kel::ref_ptr<kelSDK::Simulation> simulation = new kelSDK::Simulation;
+  kel::ref_ptr<kel::Material> material = new kel::Material("test");
+
+  explicit Scene(kel::Real timeStep = 1.0 / 60) { simulation->setTimeStep(timeStep); }
+
+  kelCollide::Geometry* addGeometry(kelCollide::Shape* shape)
+  {
+    auto* geometry = new kelCollide::Geometry(shape);
+    geometry->setMaterial(material.get());
+    simulation->add(geometry);
+    return geometry;
+  }
+
+  kel::RigidBody* addBody(kelCollide::Shape* shape, const kel::Vec3& position, kel::Real mass,
+                          const kel::Quat& rotation = kel::Quat())
+  {
+    kel::ref_ptr<kelCollide::Geometry> geometry = new kelCollide::Geometry(shape);
+    geometry->setMaterial(material.get());
+    kel::ref_ptr<kel::RigidBody> body = new kel::RigidBody(geometry.get());
+    body->getMassProperties()->setMass(mass);
+    body->setTransform(kel::AffineMatrix4x4(rotation, position));
+    simulation->add(body.get());
+    return body.get();
+  }
+
+  void step(int steps)
+  {
+    for (int i = 0; i < steps; ++i) simulation->stepForward();
+  }
+};
