@@ -255,6 +255,12 @@ void pushMember(lua_State* L, const T* object, const Type& type)
   else
     handles::pushMember(L, object, type.name, 1);
 }
+/// A copy that the script owns.
+template <class T> void pushCopy(lua_State* L, T value, const Type& type)
+{
+  handles::push(L, new T(std::move(value)), type.name);
+  handles::collectTop(L);
+}
 /// A new object; `local` gives the script a reference of its own, or the object itself where T is not
 /// counted.
 template <class T> void pushNew(lua_State* L, T* object, const Type& type, bool local)
@@ -267,11 +273,6 @@ template <class T> void pushNew(lua_State* L, T* object, const Type& type, bool 
   }
   if (local) handles::collectTop(L);
   if constexpr (isAdapter<T>) handles::adapterTop(L, object->object(), local);
-}
-/// A copy that the script owns.
-template <class T> void pushCopy(lua_State* L, T value, const Type& type)
-{
-  pushNew(L, new T(std::move(value)), type, true);
 }
 
 /// Collector and `delete` of a class: the reference goes, or the object where T is not counted.
