@@ -188,7 +188,11 @@ template <class T> T* pointer(lua_State* L, int n, T* absent)
   return isGiven(L, n) ? pointer<T>(L, n) : absent;
 }
 
-template <class T> T& reference(lua_State* L, int n) { return *pointer<T>(L, n); }
+template <class T> T& reference(lua_State* L, int n)
+{
+  static_assert(!std::is_enum_v<T>, "an enum of another package is named by ##enum");
+  return *pointer<T>(L, n);
+}
 /// Raises when there is no object, which only an optional position allows.
 template <class T> T& reference(lua_State* L, int n, const Type& type, const char* function)
 {
@@ -344,7 +348,7 @@ struct Entry
     Chunk
   };
 
-  Kind kind;
+  Kind kind = Kind::End;
   const char* name = nullptr;
   const char* type = nullptr;       ///< Class: its type string. Chunk: its text.
   const char* base = nullptr;       ///< Class: the type string of its base, or "".
