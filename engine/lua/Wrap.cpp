@@ -12,7 +12,7 @@ namespace {
 /// free.
 struct Text
 {
-  char text[256];
+  char text[256] = "";
   Text(const char* format, const char* name) { std::snprintf(text, sizeof text, format, name); }
   operator const char*() const { return text; }
 };

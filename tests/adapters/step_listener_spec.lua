@@ -21,7 +21,7 @@ describe("LuaStepEventListener", function()
     assert.is_true(sim:add(listener))
     sim:setTimeStep(0.5)
     sim:stepForward()
-    assert.same({ "preCollide 0.000", "pre 0.000", "post 0.500", "last 0.500" }, heard)
+    assert.same({ "preCollide 0.000", "pre 0.000", "post 0.000", "last 0.500" }, heard)
     listener:setMask(kelSDK.StepEventListener.LAST_STEP)
     sim:stepForward()
     assert.equal(5, #heard)
@@ -82,7 +82,7 @@ describe("LuaStepEventListener", function()
     function second:post() heard[#heard + 1] = "second" end
     function first:post()
       heard[#heard + 1] = "first"
-      sim:remove(first)
+      sim:remove(self)
       sim:add(second)
       collectgarbage()
     end

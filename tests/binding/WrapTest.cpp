@@ -100,7 +100,8 @@ TEST_F(Wrap, ErrorKeepsItsContractForAnyText)
 TEST_F(Wrap, StaticFunctionsAndConstructorsDoWithoutTheClassTable)
 {
   run("assert(V.axis(1) == V:axis(1))");
-  run("assert(V.new(1, 2, 3) == V(1, 2, 3) and V.new_local({1, 2, 3}) == V(1, 2, 3) and V.new() == V())");
+  run("own = tolua.takeownership assert(own(V.new(1, 2, 3)) and own(V.new()))");
+  run("assert(V.new_local({1, 2, 3}) == V(1, 2, 3))");
   run("assert(test.Wheel.SEPARATOR == '/')");
   EXPECT_NE(failure("V.axis('x')").find("argument #1 is 'string'; 'number' expected."), std::string::npos);
   EXPECT_NE(failure("V:axis('x')").find("argument #2 is 'string'; 'number' expected."), std::string::npos);
@@ -111,7 +112,8 @@ TEST_F(Wrap, CallsGiveOneValueAndNewAllResults)
 {
   run("assert(select('#', B('x')) == 1)");
   run("local body, name = B:new_local('x') assert(body:getName() == 'x' and name == 'x')");
-  run("assert(select('#', B:new('x')) == 2 and select('#', B.new('x')) == 2)");
+  run("local results = {B:new('y')} assert(#results == 2 and results[2] == 'y')"
+      " results[1]:reference() results[1]:unreference()");
 }
 
 TEST_F(Wrap, ObjectsAtOptionalPositionsHaveDefaults)
@@ -177,6 +179,19 @@ TEST_F(Wrap, BodiesFamiliesModulesAndChunks)
   run("assert(test.SlowCounter():fresh())");
   run("assert(test.modeName(B.STATIC) == 'static' and test.modeName(B.DYNAMIC) == 'moving')");
   run("assert(test.Listener():describe('count') == 'count 1')");
+}
+
+TEST_F(Wrap, VariablesOfModules)
+{
+  run("assert(test.counter == 1 and test.VERSION == 'one' and test.inner.depth == 2)");
+  run("test.counter = 5.9 test.inner.depth = 3 test.origin = V(1, 2, 3)");
+  EXPECT_EQ(test::counter, 5);
+  EXPECT_EQ(test::inner::depth, 3);
+  EXPECT_EQ(test::origin.z, 3);
+  run("test.origin:set(0, 0, 0) assert(test.origin == V())");
+  EXPECT_EQ(test::origin.z, 0);
+  EXPECT_NE(failure("test.counter = 'x'").find("invalid type in variable assignment"), std::string::npos);
+  run("test.counter = 1 test.inner.depth = 2");
 }
 
 TEST_F(Wrap, SmartPointerMembersHoldReferences)

@@ -2,28 +2,45 @@
 local generator, folder = arg[1], arg[2]
 
 local DOC = 'doc = {"Text."}'
-local function class(type, extra) return string.format('{tag = "class", name = "%s", type = "%s", base = "", items = {}, %s, %s}', string.match(type, "%w+$"), type, DOC, extra or "collected = true") end
+
+local function class(type, extra)
+  local form = '{tag = "class", name = "%s", type = "%s", base = "", items = {}, %s, %s}'
+  return string.format(form, string.match(type, "%w+$"), type, DOC, extra or "collected = true")
+end
+
 local function method(name, result, extra)
-  return string.format('{tag = "function", name = "%s", self = "none", args = {}, result = {kind = "%s"}, %s}', name, result, extra or DOC)
+  local form = '{tag = "function", name = "%s", self = "none", args = {}, result = {kind = "%s"}, %s}'
+  return string.format(form, name, result, extra or DOC)
 end
-local function package(name, items, types, more)
-  return string.format('return {name = "%s", types = {%s}, enums = {}, foreignEnums = {%s}, items = {{tag = "module", name = "t", items = {%s}}}}',
-    name, types or "", more or "", items)
+
+local function package(name, items, types, enums)
+  local form = 'return {name = "%s", types = {%s}, enums = {}, foreignEnums = {%s}, '
+    ..'items = {{tag = "module", name = "t", items = {%s}}}}'
+  return string.format(form, name, types or "", enums or "", items)
 end
+
+local f, numberF = method("f", "bool"), method("f", "number")
+local bareF = method("f", "bool", "doc = {}")
 
 -- label, models, lists beside them, expected text (nil for no fault)
 local CASES = {
-  {"nothing wrong", {a = package("a", class("t::A")..","..method("f", "bool"), '"t::A", "t::Opaque"')}, {["opaque_types.txt"] = "t::Opaque\n"}},
+  {"nothing wrong", {a = package("a", class("t::A")..","..f, '"t::A", "t::Opaque"')}, {["opaque_types.txt"] = "t::Opaque\n"}},
   {"an unbound type", {a = package("a", "", '"t::Typo"')}, {}, "a: 't::Typo' is neither bound nor in opaque_types.txt"},
-  {"a bound opaque type", {a = package("a", class("t::A"), '"t::A"')}, {["opaque_types.txt"] = "t::A\n"}, "'t::A' is bound, but in opaque_types.txt"},
+  {"a bound opaque type", {a = package("a", class("t::A"), '"t::A"')}, {["opaque_types.txt"] = "t::A\n"},
+   "'t::A' is bound, but in opaque_types.txt"},
   {"an undeclared enum", {a = package("a", "", "", '"t::E"')}, {}, "no package declares the enum 't::E'"},
-  {"functions that differ", {a = package("a", method("f", "bool")), b = package("b", method("f", "number"))}, {}, "t.f is also in"},
-  {"functions that may differ", {a = package("a", method("f", "bool")), b = package("b", method("f", "number"))}, {["repeated.txt"] = "t.f\tthe later one counts\n"}},
-  {"equal functions", {a = package("a", method("f", "bool")), b = package("b", method("f", "bool"))}, {}},
-  {"a bare class beside the real one", {a = package("a", class("t::A", "collected = nil")), b = package("b", class("t::A"))}, {}},
-  {"no documentation", {a = package("a", method("f", "bool", "doc = {}"))}, {}, "a: t.f has no documentation"},
-  {"documentation on one overload", {a = package("a", method("f", "bool", "doc = {}")..","..method("f", "bool"))}, {}},
-  {"a package without a place", {a = package("a", "")}, {["open_order.txt"] = "b\n"}, "neither in open_order.txt nor in unopened.txt"},
+  {"an enum taken for a class",
+   {a = package("a", "", '"t::E"'), b = 'return {name = "b", types = {}, enums = {"t::E"}, foreignEnums = {}, items = {}}'},
+   {["opaque_types.txt"] = "t::E\n"}, "a: 't::E' is an enum of another package"},
+  {"functions that differ", {a = package("a", f), b = package("b", numberF)}, {}, "t.f is also in"},
+  {"functions that may differ", {a = package("a", f), b = package("b", numberF)}, {["repeated.txt"] = "t.f\tthe later counts\n"}},
+  {"equal functions", {a = package("a", f), b = package("b", f)}, {}},
+  {"a bare class beside the real one",
+   {a = package("a", class("t::A", "collected = nil")), b = package("b", class("t::A"))}, {}},
+  {"no documentation", {a = package("a", bareF)}, {}, "a: t.f has no documentation"},
+  {"documentation on one overload", {a = package("a", bareF..","..f)}, {}},
+  {"a package without a place", {a = package("a", "")}, {["open_order.txt"] = "b\n"},
+   "neither in open_order.txt nor in unopened.txt"},
   {"types of packages that are not there yet", {a = package("a", "", '"t::Later"')}, {["open_order.txt"] = "a\nb\n"}},
 }
 
@@ -39,10 +56,12 @@ for _, case in ipairs(CASES) do
   os.execute("rm -rf '"..folder.."' && mkdir -p '"..folder.."'")
   for name, text in pairs(models) do write(name..".model.lua", text) end
   for name, text in pairs(lists) do write(name, text) end
-  local pipe = assert(io.popen(string.format("cd '%s' && lua5.1 '%s/lint.lua' . *.model.lua 2>&1; echo status $?", folder, generator)))
+  local command = "cd '%s' && lua5.1 '%s/lint.lua' . *.model.lua 2>&1; echo status $?"
+  local pipe = assert(io.popen(string.format(command, folder, generator)))
   local output = pipe:read("*a")
   pipe:close()
-  local good = string.find(output, "status "..(expected and 1 or 0), 1, true) and (not expected or string.find(output, expected, 1, true))
+  local good = string.find(output, "status "..(expected and 1 or 0), 1, true)
+    and (not expected or string.find(output, expected, 1, true))
   if not good then
     faults = faults + 1
     print(label..": expected "..tostring(expected)..", got:\n"..output)

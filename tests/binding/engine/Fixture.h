@@ -239,6 +239,13 @@ struct Reach
   static double need(const Vector& to, const std::string&) { return to.length(); }
 };
 
+inline int counter = 1;
+inline const std::string VERSION = "one";
+inline Vector origin;
+namespace inner {
+inline double depth = 2;
+} // namespace inner
+
 inline int bodies() { return Body::alive(); }
 inline int holders() { return Holder::alive(); }
 

@@ -539,7 +539,7 @@ return {
        ["errorName"] = "__test",
        ["get"] = "tolua_get_test__Body___test__Streamed__",
        ["inherits"] = "test::Streamed",
-       ["member"] = "__test",
+       ["member"] = "__test::Streamed__",
        ["name"] = "__test__Streamed__",
        ["readonly"] = true,
        ["set"] = "tolua_set_test__Body___test__Streamed__",

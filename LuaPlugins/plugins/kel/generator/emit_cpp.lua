@@ -1,5 +1,5 @@
 -- The C++ source of a package: one short function a wrapper, all behaviour in kelLua/Wrap.h.
-local T, signature = load "template", load "signature"
+local T, C, signature = load "template", load "cpp_types", load "signature"
 
 local FILE = [[
 // Package ${name}, made from ${name}.pkg by the binding generator.
@@ -90,84 +90,9 @@ int ${set}(lua_State* L)
   return 0;
 }]]
 
-local function identifier(text) return (string.gsub(text, "[<>:, %*%.]", "_")) end
-local records -- type string -> name of its record, for those that the source mentions
-local function record(typeString)
-  records[typeString] = "type_"..identifier(typeString)
-  return records[typeString]
-end
+local record = C.record
 local function wrapperName(f, number) return f.cname..string.format("%02d", number or f.number) end
-local function collectorName(typeString) return "tolua_collect_"..identifier(typeString) end
-
-local GUARDS = {number = "Number", bool = "Bool", string = "String", address = "Address", pointer = "Pointer",
-                reference = "Reference", value = "Reference"}
-
-local function objectType(t) return (t.const and "const " or "")..t.cpp end
--- an object by value is read through the type that its guard accepts
-local function readType(t) return t.kind == "value" and not t.const and "const "..t.cpp or objectType(t) end
-
-local function guardOf(t, n)
-  local form = (t.default and "opt" or "is")..GUARDS[t.kind]
-  return "wrap::"..form.."(L, "..n..(t.typeString and ", "..record(t.typeString) or "")..", &e)"
-end
-
-local function guards(f)
-  local list, last, n = {}, {}, 1
-  if f.self == "class" then list[1] = "wrap::isClass(L, "..record(f.class.type)..", &e)"
-  elseif f.self ~= "none" then
-    list[1] = "wrap::isSelf(L, "..record((f.self == "const" and "const " or "")..f.class.type)..", &e)"
-  end
-  if f.self ~= "none" then n = 2 end
-  for _, argument in ipairs(f.args) do
-    argument.n = n
-    if argument.kind == "array" then
-      list[#list + 1] = "wrap::isTable(L, "..n..", &e)"
-      last[#last + 1] = "wrap::isNumberArray(L, "..n..", "..argument.dim..", &e)"
-    else list[#list + 1] = guardOf(argument, n) end
-    n = n + 1
-  end
-  list[#list + 1] = "wrap::isEnd(L, "..n..", &e)"
-  for _, guard in ipairs(last) do list[#list + 1] = guard end
-  return table.concat(list, " && ")
-end
-
-local function isNull(default) return default == "0" or default == "NULL" or default == "nullptr" end
-
-local function readObject(t, n, functionName)
-  if not t.default then return "wrap::reference<"..readType(t)..">(L, "..n..")" end
-  if isNull(t.default) then
-    return "wrap::reference<"..readType(t)..">(L, "..n..", "..record(t.typeString)..", "..T.quote(functionName)..")"
-  end
-  local given = "wrap::reference<"..readType(t)..">(L, "..n..")"
-  return "wrap::isGiven(L, "..n..") ? "..given.." : static_cast<const "..t.cpp.."&>("..t.default..")"
-end
-
-local function read(t, n, functionName)
-  local absent = t.default and ", "..t.default or ""
-  if t.kind == "number" then
-    if t.default then absent = ", static_cast<"..t.cpp..">("..t.default..")" end
-    return "wrap::number<"..t.cpp..">(L, "..n..absent..")"
-  elseif t.kind == "bool" then return "wrap::flag(L, "..n..absent..")"
-  elseif t.kind == "string" then return "wrap::"..(t.cstring and not t.inout and "text" or "string").."(L, "..n..absent..")"
-  elseif t.kind == "address" then return "wrap::address(L, "..n..")"
-  elseif t.kind == "array" then return "wrap::NumberArray<"..t.cpp..", "..t.dim..">(L, "..n..").values"
-  elseif t.kind == "pointer" then
-    return "wrap::pointer<"..objectType(t)..">(L, "..n..(isNull(t.default) and "" or absent)..")"
-  end
-  return readObject(t, n, functionName)
-end
-
-local function declared(t)
-  if t.kind == "void" then return "void" end
-  local cpp = objectType(t)
-  if t.kind == "string" and t.cstring and not t.inout then return "const char*" end
-  if t.kind == "address" then return "void*" end
-  if t.kind == "array" then return "const "..t.cpp.."*" end
-  if t.kind == "pointer" then return cpp.."*" end
-  if t.kind == "reference" then return cpp.."&" end
-  if t.inout then return t.cpp.."&" end
-  return t.kind == "value" and cpp or t.cpp
-end
+local function collectorName(typeString) return "tolua_collect_"..C.identifier(typeString) end
 
 local function bodyFunction(f)
   if not f.body then return "" end
@@ -175,9 +100,9 @@ local function bodyFunction(f)
   if f.self == "plain" then parameters[1] = "[[maybe_unused]] "..f.class.type.."* self"
   elseif f.self == "const" then parameters[1] = "[[maybe_unused]] const "..f.class.type.."* self" end
   for _, argument in ipairs(f.args) do
-    parameters[#parameters + 1] = "[[maybe_unused]] "..declared(argument).." "..argument.name
+    parameters[#parameters + 1] = "[[maybe_unused]] "..C.declared(argument).." "..argument.name
   end
-  return declared(f.result).." "..f.call.."("..table.concat(parameters, ", ")..") "..f.body
+  return C.declared(f.result).." "..f.call.."("..table.concat(parameters, ", ")..") "..f.body
 end
 
 local function selfType(f) return (f.self == "const" and "const " or "")..f.class.type end
@@ -225,11 +150,11 @@ end
 
 local function wrapper(f)
   local any = f.constructor and "_any" or ""
-  local guard = guards(f)
+  local guard = C.guards(f)
   local actual, locals, extra = {}, {}, {}
   for _, argument in ipairs(f.args) do
-    local value = read(argument, argument.n, f.name)
-    if argument.kind == "reference" and isNull(argument.default) then
+    local value = C.read(argument, argument.n, f.name)
+    if argument.kind == "reference" and C.isNull(argument.default) then
       table.insert(locals, 1, "auto& a"..argument.n.." = "..value..";") -- raises, so it goes before any text is copied
       value = "a"..argument.n
     elseif argument.inout then
@@ -263,13 +188,13 @@ int ${wrapper}(lua_State* L)
 }]]
 
 local function destructor(f)
-  return T.fill(DESTRUCTOR, {wrapper = wrapperName(f), guard = guards(f), otherwise = otherwise(f, ""), type = f.class.type})
+  return T.fill(DESTRUCTOR, {wrapper = wrapperName(f), guard = C.guards(f), otherwise = otherwise(f, ""), type = f.class.type})
 end
 
 local function variableAccess(v)
   local owner = v.static and "" or "auto* self = wrap::owner<"..v.class.type..">(L, "..T.quote(v.errorName)..");"
   local member = (v.static and "" or "self->")..v.member
-  local t, push = v.type, nil
+  local t, push = v.type
   if v.inherits then
     push = "wrap::pushMember<"..v.inherits..">(L, self, "..record(v.inherits)..");"
   else
@@ -279,7 +204,7 @@ local function variableAccess(v)
   local getter = T.fill(GETTER, {get = v.get, owner = owner, push = push})
   if v.readonly then return getter end
   return getter.."\n\n"..T.fill(SETTER, {
-    set = v.set, owner = owner, guard = guardOf(t, 2), member = member, value = read(t, 2, v.name),
+    set = v.set, owner = owner, guard = C.guard(t, 2), member = member, value = C.read(t, 2, v.name),
   })
 end
 
@@ -371,15 +296,14 @@ end
 
 local function recordTexts()
   local typeStrings = {}
-  for typeString in pairs(records) do typeStrings[#typeStrings + 1] = typeString end
+  for typeString in pairs(C.records) do typeStrings[#typeStrings + 1] = typeString end
   table.sort(typeStrings)
   return T.each(typeStrings, "\n", function(typeString)
-    return "constinit wrap::Type "..records[typeString].."{"..T.quote(typeString).."};"
+    return "constinit wrap::Type "..C.records[typeString].."{"..T.quote(typeString).."};"
   end)
 end
 
 return function(package)
-  records = {}
   local collected = collectedTypes(package)
   local wrappers = collect(package.items, "\n\n", wrapperText)
   local chunks = chunkTexts(package)

@@ -8,7 +8,7 @@ local items
 local function section(depth, title, item, text)
   local parts = {string.rep("#", depth).." "..title}
   if sentence(item.doc) ~= "" then parts[#parts + 1] = sentence(item.doc) end
-  if text ~= "" then parts[#parts + 1] = text end
+  if text ~= "" then parts[#parts + 1] = (string.gsub(text, "^\n+", "")) end
   return "\n"..table.concat(parts, "\n\n")
 end
 

@@ -5,7 +5,8 @@
 local T = load "template"
 
 local RESERVED = {}
-for word in string.gmatch("and break do else elseif end false for function if in local nil not or repeat return then true until while self", "%a+") do
+local WORDS = "and break do else elseif end false for function if in local nil not or repeat return then true until while self"
+for word in string.gmatch(WORDS, "%a+") do
   RESERVED[word] = true
 end
 local OPERATORS = {[".add"] = "add", [".sub"] = "sub", [".mul"] = "mul", [".div"] = "div"}
@@ -20,7 +21,6 @@ end
 local BASIC = {number = "number", bool = "boolean", string = "string", address = "userdata", array = "number[]"}
 local function parameterType(t)
   if t.kind == "string" then return "string?" end
-  if t.kind == "value" then return "const."..dotted(t.cpp) end
   if t.kind == "pointer" then return className(t.typeString).."?" end
   return BASIC[t.kind] or className(t.typeString)
 end

@@ -75,7 +75,8 @@ local function checkTypes()
   end
   for _, package in ipairs(packages) do
     for _, type in ipairs(package.types) do
-      if not bound[type] and not opaque[type] then unknown(package, "'"..type.."' is neither bound nor in opaque_types.txt") end
+      if enums[type] then fault(package.name, "'"..type.."' is an enum of another package: name it by ##enum")
+      elseif not bound[type] and not opaque[type] then unknown(package, "'"..type.."' is neither bound nor in opaque_types.txt") end
     end
     for _, enum in ipairs(package.foreignEnums) do
       if not enums[enum] then unknown(package, "no package declares the enum '"..enum.."'") end

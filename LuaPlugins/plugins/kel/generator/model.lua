@@ -119,12 +119,13 @@ end
 local function makeVariable(parsed, class)
   local inherits = string.find(parsed.mod, "tolua_inherits") and parsed.type or nil
   local static = string.find(parsed.mod, "%f[%w]static%f[%W]") ~= nil or not class
+  local scope = class and class.type.."::" or getnamespace(classContainer.curr)
   local v = {
     tag = "variable", name = parsed.lname, errorName = parsed.name, doc = parsed.doc, class = class,
     static = static, inherits = inherits,
-    member = static and (class and class.type.."::"..parsed.name or parsed.name) or parsed.name,
+    member = static and scope..parsed.original_name or parsed.original_name,
     get = parsed:cfuncname("tolua_get"), set = parsed:cfuncname("tolua_set"),
-    type = makeType(parsed, (class and class.type.."::" or "")..parsed.name),
+    type = makeType(parsed, scope..parsed.original_name),
   }
   v.readonly = inherits ~= nil or string.find(parsed.mod, "tolua_readonly") ~= nil
     or v.type.const and v.type.kind ~= "pointer" or v.type.kind == "address"
