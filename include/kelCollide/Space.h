@@ -78,8 +78,8 @@ private:
   std::vector<kel::ref_ptr<Geometry>> m_geometries;
   std::unordered_set<kel::UInt64> m_disabledPairs; // both ids, the smaller one in the upper half
   std::vector<GeometryContact> m_contacts;
-  std::unique_ptr<Detector> m_detector;
   BroadPhaseAlgorithm m_broadPhase = HIERARCHICAL_GRID;
+  std::unique_ptr<Detector> m_detector;
   kel::UInt32 m_nextOrder = 0;
 };
 

@@ -76,7 +76,7 @@ void Space::Detector::insert(Geometry& geometry, Item& item)
   item.shapeChanges = geometry.m_shapeChanges;
   item.shapeModifiedCount = shape ? shape->getModifiedCount() : 0;
   geometry.m_placeChanged = false;
-  if (!item.shape.whole) return;
+  if (!shape || !item.shape.whole) return;
   item.object.setCollisionShape(item.shape.whole);
   item.object.setWorldTransform(toBullet(shape->getTransform()));
   item.object.setUserPointer(&geometry);
@@ -100,7 +100,7 @@ void Space::Detector::refresh(Geometry& geometry)
   if (geometry.m_shapeChanges != item.shapeChanges ||
       (shape && shape->getModifiedCount() != item.shapeModifiedCount)) {
     insert(geometry, item);
-  } else if (geometry.m_placeChanged && item.shape.whole) {
+  } else if (shape && geometry.m_placeChanged && item.shape.whole) {
     geometry.m_placeChanged = false;
     item.object.setWorldTransform(toBullet(shape->getTransform()));
     m_world.updateSingleAabb(&item.object);

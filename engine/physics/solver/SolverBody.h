@@ -18,6 +18,12 @@ struct SolverBody
   bool isMovable() const { return linearFactor > 0; }
   /// Starts a movable body, or one that moves whatever happens.
   void load(const RigidBody& body, const Vec3& gravity, Real timeStep);
+  /// Velocity before the step along a Jacobian.
+  Real oldSpeedAlong(const Vec3& linear, const Vec3& angular) const
+  {
+    const Real(&v)[6] = oldVelocity;
+    return linear * Vec3(v[0], v[1], v[2]) + angular * Vec3(v[3], v[4], v[5]);
+  }
   /// Scaled form of the free velocity, and unscaled form of a velocity.
   void scaleFreeVelocity(Real (&scaled)[6]) const;
   void unscale(const Real (&scaled)[6], Vec3& velocity, Vec3& angularVelocity) const;

@@ -39,6 +39,8 @@ private:
   void addConstraint(const Constraint& constraint);
   void addContact(const kelCollide::GeometryContact& contact);
   void addContactPoint(Index pointRow, const RigidBody* const (&bodies)[2], Real friction, Real restitution);
+  /// Makes the row of a contact's normal bounce, if the surfaces meet fast enough.
+  void applyRestitution(ConstraintRow& normal, const Index (&bodies)[2], Real depth, Real restitution) const;
   void storeImpulses();
   void storeVelocities();
   /// Number of a body among the solver's: 0 for one that does not move.
