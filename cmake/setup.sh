@@ -7,8 +7,8 @@ ensure_packages() {
   command -v dpkg-query >/dev/null || die "this set-up installs Debian packages; on another system install the ones named in cmake/packages.txt"
   local wanted missing=()
   wanted=$(cat "$@")
-  local have
-  have=$(dpkg-query -W -f '${db:Status-Abbrev} ${Package}\n' $wanted 2>/dev/null | awk '$1 == "ii" { print $2 }')
+  local have # dpkg-query fails when it does not know one of them
+  have=$({ dpkg-query -W -f '${db:Status-Abbrev} ${Package}\n' $wanted 2>/dev/null || true; } | awk '$1 == "ii" { print $2 }')
   for p in $wanted; do
     grep -qxF -- "$p" <<<"$have" || missing+=("$p")
   done

@@ -1,4 +1,5 @@
 #include "ClassEvents.h"
+#include "kelLua/Handles.h"
 #include <cstring>
 #include <initializer_list>
 #include <lua.hpp>
@@ -201,10 +202,12 @@ int cast(lua_State* L)
   if (type) luaL_getmetatable(L, type);
   const bool known = type && lua_istable(L, -1);
   void* object = lua_islightuserdata(L, 1) ? lua_touserdata(L, 1) : tolua_tousertype(L, 1, nullptr);
-  if (known && object)
-    tolua_pushusertype(L, object, type);
-  else
+  if (!known || !object)
     lua_pushnil(L);
+  else if (lua_islightuserdata(L, 1))
+    handles::push(L, object, type);
+  else
+    handles::pushMember(L, object, type, 1);
   return 1;
 }
 
@@ -240,6 +243,14 @@ void addClassEvents(lua_State* L, const char* type)
     }
     lua_pop(L, 1);
   }
+  // Lua compares two values only if both have the same function, so a view would never equal a value.
+  luaL_getmetatable(L, type);
+  lua_pushfstring(L, "const %s", type);
+  lua_rawget(L, LUA_REGISTRYINDEX);
+  lua_insert(L, -2);
+  rawField(L, "__eq");
+  lua_setfield(L, -3, "__eq");
+  lua_pop(L, 2);
 }
 
 } // namespace kelLua

@@ -24,6 +24,8 @@ struct State
   int roots;    ///< handle -> counted object on whose death it is cleared
   int owners;   ///< handle on a member -> handle on the object that the member lies in
 
+  std::size_t debt = 0; ///< bytes of new objects that the collector of Lua has not been driven on by
+
   std::mutex mutex;
   std::vector<const void*> deaths;
   std::atomic<bool> hasDeaths = false;

@@ -203,6 +203,27 @@ void pushOne(lua_State* L, const void* object, const char* type)
   lua_settop(L, top + 1);
 }
 
+/// Pushes the argument that is a handle on the object with the type's string; false if none is. A method may
+/// return self or an argument by reference, and a value inside its handle must not get a second one.
+bool pushGiven(lua_State* L, const void* object, const char* type)
+{
+  luaL_getmetatable(L, type);
+  const int top = lua_gettop(L);
+  for (int i = 1; i < top; ++i) {
+    if (lua_type(L, i) != LUA_TUSERDATA || tolua_tousertype(L, i, nullptr) != object ||
+        !lua_getmetatable(L, i))
+      continue;
+    if (lua_rawequal(L, -1, top)) {
+      lua_settop(L, top - 1);
+      lua_pushvalue(L, i);
+      return true;
+    }
+    lua_pop(L, 1);
+  }
+  lua_pop(L, 1);
+  return false;
+}
+
 /// Whether the handle on top of the stack has a root already, which every handle on a counted object has.
 bool isWatched(lua_State* L, const State& state)
 {
@@ -274,9 +295,9 @@ void pushMember(lua_State* L, const void* object, const char* type, int owner)
   const State& state = get(L);
   if (!object) return lua_pushnil(L);
 
+  if (pushGiven(L, object, type)) return;
   pushOne(L, object, type);
   const int handle = lua_gettop(L);
-  if (lua_rawequal(L, owner, handle)) return; // a method that returns its own object
 
   lua_rawgeti(L, LUA_REGISTRYINDEX, state.owners);
   lua_pushvalue(L, handle);
@@ -290,7 +311,39 @@ void pushMember(lua_State* L, const void* object, const char* type, int owner)
   if (root) watchTop(L, state, root);
 }
 
-void collectTop(lua_State* L) { tolua_register_gc(L, lua_gettop(L)); }
+void* pushValue(lua_State* L, std::size_t size, std::size_t alignment, const char* type)
+{
+  get(L);
+  void** block = static_cast<void**>(lua_newuserdata(L, sizeof(void*) + size + alignment));
+  void* room = block + 1;
+  std::size_t space = size + alignment;
+  *block = std::align(alignment, size, room, space);
+  luaL_getmetatable(L, type);
+  lua_setmetatable(L, -2);
+  lua_pushvalue(L, TOLUA_NOPEER);
+  lua_setfenv(L, -2);
+  return *block;
+}
+
+bool isValue(lua_State* L, int index)
+{
+  const auto* block = static_cast<const char*>(lua_touserdata(L, index));
+  if (!block) return false;
+  const char* object = *reinterpret_cast<const char* const*>(block);
+  return object > block && object < block + lua_objlen(L, index);
+}
+
+void collectTop(lua_State* L, std::size_t size)
+{
+  constexpr std::size_t handleCost = 256; // entries in the runtime's tables, which never shrink
+  constexpr std::size_t step = 64 * 1024;
+  tolua_register_gc(L, lua_gettop(L));
+  State& state = get(L);
+  state.debt += size + handleCost;
+  if (state.debt < step) return;
+  state.debt = 0;
+  lua_gc(L, LUA_GCSTEP, step / 1024);
+}
 
 void adapterTop(lua_State* L, const void* object, bool owned)
 {

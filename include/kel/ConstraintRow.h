@@ -35,7 +35,7 @@ struct ConstraintRow
   /// Compliance e, m/N (non-holonomic: m/(N s)).
   Real compliance = 1e-10;
   /// Damping time t, s: a violation goes within some multiples of it.
-  Real damping = 2.0 / 60;
+  Real damping = 1.0 / 60;
   /// Bounds of the force, N.
   Real lowerForce = -std::numeric_limits<Real>::infinity();
   Real upperForce = std::numeric_limits<Real>::infinity();

@@ -6,15 +6,15 @@
 
 namespace kel {
 
-/// What a geometry is made of. A contact takes the geometric mean of the friction coefficients and the
-/// greater restitution of its two materials.
+/// What a geometry is made of. A contact takes the geometric means of the friction coefficients and of the
+/// restitutions of its two materials.
 class Material : public Referenced, public kelStream::Serializable
 {
 public:
   /// Coefficient of dry friction: wood on stone, dry metal on metal.
   static constexpr Real DEFAULT_FRICTION = 0.5;
-  /// Ratio of speeds after and before an impact: contacts do not bounce unless asked to.
-  static constexpr Real DEFAULT_RESTITUTION = 0;
+  /// Ratio of speeds after and before an impact: hard plastic or wood, which bounce a little and come to rest.
+  static constexpr Real DEFAULT_RESTITUTION = 0.5;
   /// Density of water, kg/m3.
   static constexpr Real DEFAULT_DENSITY = 1000;
 

@@ -3,6 +3,7 @@
 #include "kelData/Buffer.h"
 #include "kelData/EntityModel.h"
 #include "kelData/EntityPtr.h"
+#include <unordered_map>
 #include <vector>
 
 namespace kelData {
@@ -74,7 +75,9 @@ private:
   std::vector<kel::ref_ptr<Buffer>>
       m_buffers;                     // in the order of the model's attributes; null before first use
   std::vector<kel::UInt32> m_rowIds; // row -> id, NO_ID for a hole
-  std::vector<kel::Index> m_idRows;  // id -> row, NO_INDEX when the instance is gone
+  // Live instances only: a program that makes and drops objects for days must not grow by their ids.
+  std::unordered_map<kel::UInt32, kel::Index> m_idRows;
+  kel::UInt32 m_nextId = 0;
   std::vector<kel::Index> m_holes;
   std::size_t m_size = 0;
   bool m_useInstanceTable = true;

@@ -1,4 +1,5 @@
 #pragma once
+#include <cstddef>
 #include <lua.hpp>
 
 namespace kel {
@@ -22,11 +23,21 @@ void push(lua_State* L, const void* object, const char* type);
 void pushCounted(lua_State* L, const kel::Referenced* counted, const void* object, const char* type);
 
 /// Pushes a handle on something that lies inside the object at stack index `owner`; nil for null. The new
-/// handle keeps the owner's handle alive and is cleared when the owner dies.
+/// handle keeps the owner's handle alive and is cleared when the owner dies. An object that is itself the
+/// owner, or another value on the stack, is pushed as the handle that it has.
 void pushMember(lua_State* L, const void* object, const char* type, int owner);
 
+/// Pushes a handle on a new value that lies inside the handle itself, and returns where to construct it. Such
+/// a value needs no collector; it must be trivially destructible.
+void* pushValue(lua_State* L, std::size_t size, std::size_t alignment, const char* type);
+
+/// Whether the value of the handle at a stack index lies inside the handle.
+bool isValue(lua_State* L, int index);
+
 /// Registers the handle on top of the stack for collection, so that the class's collector runs on its object.
-void collectTop(lua_State* L);
+/// `size` is what the object costs outside of Lua, in bytes: the collector of Lua is driven on by that much,
+/// as it would let the process grow without bounds for objects that look small to it.
+void collectTop(lua_State* L, std::size_t size);
 
 /// Notes that the engine object at `object` is a script adapter whose functions live in the handle on top of
 /// the stack; `owned` says that the handle holds a reference. One that holds none is kept until the adapter

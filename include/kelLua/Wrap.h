@@ -4,6 +4,7 @@
 #include "kelLua/LuaCallback.h"
 #include <cstdint>
 #include <limits>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <tolua++.h>
@@ -270,8 +271,12 @@ void pushMember(lua_State* L, const T* object, const Type& type)
 /// A copy that the script owns.
 template <class T> void pushCopy(lua_State* L, T value, const Type& type)
 {
-  handles::push(L, new T(std::move(value)), type.name);
-  handles::collectTop(L);
+  if constexpr (std::is_trivially_destructible_v<T>) {
+    new (handles::pushValue(L, sizeof(T), alignof(T), type.name)) T(std::move(value));
+  } else {
+    handles::push(L, new T(std::move(value)), type.name);
+    handles::collectTop(L, sizeof(T));
+  }
 }
 /// A new object; `local` gives the script a reference of its own, or the object itself where T is not
 /// counted.
@@ -280,10 +285,16 @@ template <class T> void pushNew(lua_State* L, T* object, const Type& type, bool 
   if constexpr (isCounted<T>) {
     if (local) object->reference();
     handles::pushCounted(L, object, object, type.name);
+  } else if constexpr (std::is_trivially_destructible_v<T>) {
+    if (local) {
+      const std::unique_ptr<T> original(object);
+      return pushCopy<T>(L, *original, type);
+    }
+    handles::push(L, object, type.name);
   } else {
     handles::push(L, object, type.name);
   }
-  if (local) handles::collectTop(L);
+  if (local) handles::collectTop(L, sizeof(T));
   if constexpr (isAdapter<T>) handles::adapterTop(L, object->object(), local);
 }
 
@@ -302,14 +313,16 @@ template <class T> void release(lua_State* L, T* object)
 }
 template <class T> int collect(lua_State* L)
 {
-  if (T* object = pointer<T>(L, 1)) release(L, object);
+  T* object = pointer<T>(L, 1);
+  if (object && !handles::isValue(L, 1)) release(L, object);
   return 0;
 }
 template <class T> int destroy(lua_State* L)
 {
   T* object = self<T>(L, "delete");
+  const bool inHandle = handles::isValue(L, 1);
   handles::clear(L, 1);
-  release(L, object);
+  if (!inHandle) release(L, object);
   return 0;
 }
 

@@ -1,25 +1,19 @@
 #pragma once
 #include "kel/Clock.h"
 #include "kel/Component.h"
+#include "kel/ContactMaterial.h"
 #include "kel/DynamicsSystem.h"
+#include "kel/MergedBody.h"
+#include "kel/ObserverFrame.h"
+#include "kel/ParticleEmitter.h"
+#include "kel/ParticleSystem.h"
 #include "kelCollide/Space.h"
+#include "kelControl/Action.h"
+#include "kelSDK/Assembly.h"
 #include "kelSDK/EventManager.h"
 #include <vector>
 
-namespace kel {
-class ContactMaterial;
-class Emitter;
-class MergedBody;
-class ObserverFrame;
-class ParticleSystem;
-} // namespace kel
-namespace kelControl {
-class Action;
-}
-
 namespace kelSDK {
-
-class Assembly;
 
 /// A world that moves in steps. It holds a reference on everything that is added.
 class Simulation : public kel::Component
@@ -73,6 +67,10 @@ public:
   kel::Constraint* getConstraint(const kel::Name& name) const;
   kel::Material* getMaterial(const kel::Name& name) const;
   EventListener* getEventListener(const kel::Name& name) const;
+  /// The object of that identifier, null if there is none. Not owned.
+  kel::RigidBody* getRigidBody(const kel::Uuid& uuid) const;
+  kelCollide::Geometry* getGeometry(const kel::Uuid& uuid) const;
+  kel::Constraint* getConstraint(const kel::Uuid& uuid) const;
 
   /// Moves the world on by a step: `preCollide` events, contacts, `pre` events, solution and new places,
   /// `post` events, clock, `last` events. Does nothing, with a warning, while a step is under way.

@@ -81,7 +81,7 @@ protected:
     auto* adapter = new Adapter;
     handles::pushCounted(L, adapter, adapter, "test::Adapter");
     adapter->reference();
-    handles::collectTop(L);
+    handles::collectTop(L, sizeof(Adapter));
     handles::adapterTop(L, adapter->object(), true);
     name(global);
     return adapter;

@@ -149,6 +149,8 @@ TEST(Simulation, AddsAndRemovesOnce)
   EXPECT_EQ(simulation->getRigidBody("crate"), body.get());
   EXPECT_EQ(simulation->getGeometry("wall"), geometry.get());
   EXPECT_EQ(simulation->getGeometry("door"), nullptr);
+  EXPECT_EQ(simulation->getRigidBody(body->getUuid()), body.get());
+  EXPECT_EQ(simulation->getGeometry(body->getUuid()), nullptr);
   EXPECT_TRUE(simulation->remove(body.get(), false));
   EXPECT_FALSE(simulation->remove(body.get()));
   EXPECT_TRUE(simulation->remove(geometry.get()));

@@ -50,8 +50,8 @@ EntityPtr EntityStorage::createInstance()
   }
   kel::UInt32 id = row;
   if (m_useInstanceTable) {
-    id = static_cast<kel::UInt32>(m_idRows.size());
-    m_idRows.push_back(row);
+    id = m_nextId++;
+    m_idRows[id] = row;
   }
   m_rowIds[row] = id;
   setDefaults(row);
@@ -69,14 +69,14 @@ void EntityStorage::destroyInstance(kel::UInt32 id)
   const kel::Index row = idToIndex(id);
   if (row == NO_INDEX) return;
   m_rowIds[row] = EntityPtr::NO_ID;
-  if (m_useInstanceTable) m_idRows[id] = NO_INDEX;
+  m_idRows.erase(id);
   m_holes.push_back(row);
   --m_size;
 }
 
 void EntityStorage::clear()
 {
-  std::fill(m_idRows.begin(), m_idRows.end(), NO_INDEX);
+  m_idRows.clear();
   m_rowIds.clear();
   m_holes.clear();
   m_size = 0;
@@ -84,14 +84,17 @@ void EntityStorage::clear()
 
 void EntityStorage::setUseInstanceTable(bool use)
 {
-  if (!m_rowIds.empty() || !m_idRows.empty())
+  if (!m_rowIds.empty() || m_nextId != 0)
     throw std::logic_error("entity storage '" + getName() + "' has rows already");
   m_useInstanceTable = use;
 }
 
 kel::Index EntityStorage::idToIndex(kel::UInt32 id) const
 {
-  if (m_useInstanceTable) return id < m_idRows.size() ? m_idRows[id] : NO_INDEX;
+  if (m_useInstanceTable) {
+    const auto found = m_idRows.find(id);
+    return found == m_idRows.end() ? NO_INDEX : found->second;
+  }
   return id < m_rowIds.size() ? m_rowIds[id] : NO_INDEX;
 }
 

@@ -1,18 +1,12 @@
 #include "kelSDK/Simulation.h"
-#include "kel/ContactMaterial.h"
 #include "kel/Logger.h"
-#include "kel/MergedBody.h"
-#include "kel/ObserverFrame.h"
-#include "kel/ParticleEmitter.h"
-#include "kel/ParticleSystem.h"
-#include "kelControl/Action.h"
-#include "kelSDK/Assembly.h"
 #include "simulation/references.h"
 
 namespace kelSDK {
 
 using kel::addReference;
 using kel::findByName;
+using kel::findByUuid;
 using kel::Real;
 using kel::removeReference;
 
@@ -136,6 +130,21 @@ kel::Material* Simulation::getMaterial(const kel::Name& name) const { return fin
 EventListener* Simulation::getEventListener(const kel::Name& name) const
 {
   return m_events->getEventListener(name);
+}
+
+kel::RigidBody* Simulation::getRigidBody(const kel::Uuid& uuid) const
+{
+  return m_system ? findByUuid(m_system->getRigidBodies(), uuid) : nullptr;
+}
+
+kelCollide::Geometry* Simulation::getGeometry(const kel::Uuid& uuid) const
+{
+  return m_space ? findByUuid(m_space->getGeometries(), uuid) : nullptr;
+}
+
+kel::Constraint* Simulation::getConstraint(const kel::Uuid& uuid) const
+{
+  return m_system ? findByUuid(m_system->getConstraints(), uuid) : nullptr;
 }
 
 void Simulation::stepForward()

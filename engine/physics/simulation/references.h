@@ -1,5 +1,6 @@
 #pragma once
 #include "kel/Name.h"
+#include "kel/Uuid.h"
 #include "kel/ref_ptr.h"
 #include <algorithm>
 #include <vector>
@@ -30,6 +31,14 @@ template <class T> T* findByName(const std::vector<ref_ptr<T>>& list, const Name
 {
   const auto found = std::find_if(list.begin(), list.end(),
                                   [&](const ref_ptr<T>& object) { return object->getName() == name.str(); });
+  return found == list.end() ? nullptr : found->get();
+}
+
+/// The object of an identifier, null if there is none.
+template <class T> T* findByUuid(const std::vector<ref_ptr<T>>& list, const Uuid& uuid)
+{
+  const auto found = std::find_if(list.begin(), list.end(),
+                                  [&](const ref_ptr<T>& object) { return object->getUuid() == uuid; });
   return found == list.end() ? nullptr : found->get();
 }
 

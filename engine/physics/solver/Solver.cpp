@@ -147,7 +147,7 @@ void Solver::Step::addContact(const GeometryContact& contact)
   const Material& material1 = materialOf(*contact.geometry(0));
   const Material& material2 = materialOf(*contact.geometry(1));
   const Real friction = std::sqrt(material1.getFrictionCoefficient() * material2.getFrictionCoefficient());
-  const Real restitution = std::max(material1.getRestitution(), material2.getRestitution());
+  const Real restitution = std::sqrt(material1.getRestitution() * material2.getRestitution());
   const RigidBody* const bodies[2] = {contact.rigidBody(0), contact.rigidBody(1)};
   for (const RigidBody* body : bodies) m_inIsland[indexOf(body)] = 1;
   for (std::size_t i = 0; i < contact.getNumPoints(); ++i) {
