@@ -70,9 +70,10 @@ bool isClass(lua_State* L, const Type& type, tolua_Error*)
 
 bool isPointer(lua_State* L, int n, const Type& type, tolua_Error* failure)
 {
-  if (lua_type(L, n) != LUA_TUSERDATA || !lua_getmetatable(L, n))
-    return tolua_isusertype(L, n, type.name, 0, failure) != 0;
-  if (isAccepted(L, type)) return true;
+  const int kind = lua_type(L, n);
+  if (kind == LUA_TNIL) return true;
+  if (kind == LUA_TTABLE) return tolua_isusertype(L, n, type.name, 0, failure) != 0; // may stand for an object
+  if (kind == LUA_TUSERDATA && lua_getmetatable(L, n) && isAccepted(L, type)) return true;
   *failure = {n, 0, type.name};
   return false;
 }

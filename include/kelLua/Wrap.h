@@ -298,6 +298,18 @@ template <class T> void pushNew(lua_State* L, T* object, const Type& type, bool 
   if constexpr (isAdapter<T>) handles::adapterTop(L, object->object(), local);
 }
 
+/// The same of a T made of these arguments, in place where that is possible.
+template <class T, class... Arguments>
+void construct(lua_State* L, const Type& type, bool local, Arguments&&... arguments)
+{
+  if constexpr (std::is_trivially_destructible_v<T>)
+    if (local) {
+      new (handles::pushValue(L, sizeof(T), alignof(T), type.name)) T(std::forward<Arguments>(arguments)...);
+      return;
+    }
+  pushNew(L, new T(std::forward<Arguments>(arguments)...), type, local);
+}
+
 /// Collector and `delete` of a class: the reference goes, or the object where T is not counted.
 template <class T> void release(lua_State* L, T* object)
 {
