@@ -24,15 +24,19 @@ ensure_packages() {
     die "could not install: ${missing[*]}"
 }
 
-# build PRESET TARGET...: configures once, then builds; quiet when there is nothing to do.
+# configure PRESET [cmake options]: configures a build tree that is not there yet or has other options.
+configure() {
+  local dir=build/$1
+  [ -f "$dir/build.ninja" ] && grep -qxF "${2:-}" "$dir/configured-with" 2>/dev/null && return
+  say "configuring $dir"
+  cmake --preset "$@" >build/configure.log 2>&1 || { cat build/configure.log >&2; die "configuring failed"; }
+  printf '%s\n' "${2:-}" >"$dir/configured-with"
+}
+
+# build PRESET TARGET...: quiet when there is nothing to do.
 build() {
-  local preset=$1
+  local dir=build/$1
   shift
-  local dir=build/$preset
-  if [ ! -f "$dir/build.ninja" ]; then
-    say "configuring $dir"
-    cmake --preset "$preset" >"$dir.log" 2>&1 || { cat "$dir.log" >&2; die "configuring failed"; }
-  fi
   if ninja -C "$dir" -n "$@" | grep -q 'no work to do'; then return; fi
   say "building $dir (the first time takes some minutes)"
   cmake --build "$dir" -j "${KEL_JOBS:-$(nproc)}" ${1:+--target "$@"} >&2 || die "the build failed"
