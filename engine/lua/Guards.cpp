@@ -72,7 +72,8 @@ bool isPointer(lua_State* L, int n, const Type& type, tolua_Error* failure)
 {
   const int kind = lua_type(L, n);
   if (kind == LUA_TNIL) return true;
-  if (kind == LUA_TTABLE) return tolua_isusertype(L, n, type.name, 0, failure) != 0; // may stand for an object
+  if (kind == LUA_TTABLE)
+    return tolua_isusertype(L, n, type.name, 0, failure) != 0; // may stand for an object
   if (kind == LUA_TUSERDATA && lua_getmetatable(L, n) && isAccepted(L, type)) return true;
   *failure = {n, 0, type.name};
   return false;
