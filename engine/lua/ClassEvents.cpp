@@ -1,5 +1,6 @@
 #include "ClassEvents.h"
 #include "kelLua/Handles.h"
+#include <cctype>
 #include <cstring>
 #include <initializer_list>
 #include <lua.hpp>
@@ -64,6 +65,15 @@ bool findOperation(lua_State* L, const char* operation)
   return false;
 }
 
+/// Whether the key at index 2 goes to the index operators: a number, or a text that reads as one. Names are
+/// told by their first character, which spares the attempt to read each of them as a number.
+bool isElement(lua_State* L)
+{
+  if (lua_type(L, 2) != LUA_TSTRING) return lua_type(L, 2) == LUA_TNUMBER;
+  const char first = *lua_tostring(L, 2);
+  return !std::isalpha(static_cast<unsigned char>(first)) && first != '_' && lua_isnumber(L, 2);
+}
+
 int objectIndex(lua_State* L)
 {
   lua_getfenv(L, 1);
@@ -73,7 +83,7 @@ int objectIndex(lua_State* L)
     if (!lua_isnil(L, -1)) return 1;
   }
   lua_settop(L, 2);
-  if (lua_isnumber(L, 2) && findOperation(L, ".geti")) {
+  if (isElement(L) && findOperation(L, ".geti")) {
     lua_pushvalue(L, 1);
     lua_pushvalue(L, 2);
     lua_call(L, 2, 1);
@@ -135,7 +145,7 @@ int setPeer(lua_State* L)
 
 int objectNewIndex(lua_State* L)
 {
-  if (lua_isnumber(L, 2) && findOperation(L, ".seti")) {
+  if (isElement(L) && findOperation(L, ".seti")) {
     lua_insert(L, 1);
     lua_settop(L, 4);
     lua_call(L, 3, 0);
