@@ -1,5 +1,5 @@
 #include "ClassEvents.h"
-#include "kelLua/Handles.h"
+#include "toluaFunctions.h"
 #include <cctype>
 #include <cstring>
 #include <initializer_list>
@@ -205,22 +205,6 @@ int toText(lua_State* L)
   return 1;
 }
 
-/// tolua.cast(object, type)
-int cast(lua_State* L)
-{
-  const char* type = lua_tostring(L, 2);
-  if (type) luaL_getmetatable(L, type);
-  const bool known = type && lua_istable(L, -1);
-  void* object = lua_islightuserdata(L, 1) ? lua_touserdata(L, 1) : tolua_tousertype(L, 1, nullptr);
-  if (!known || !object)
-    lua_pushnil(L);
-  else if (lua_islightuserdata(L, 1))
-    handles::push(L, object, type);
-  else
-    handles::pushMember(L, object, type, 1);
-  return 1;
-}
-
 } // namespace
 
 void openClassEvents(lua_State* L)
@@ -233,10 +217,7 @@ void openClassEvents(lua_State* L)
   lua_pushlightuserdata(L, const_cast<char*>(&s_opened));
   lua_pushboolean(L, 1);
   lua_rawset(L, LUA_REGISTRYINDEX);
-  lua_getglobal(L, "tolua");
-  lua_pushcfunction(L, cast);
-  lua_setfield(L, -2, "cast");
-  lua_pop(L, 1);
+  openToluaFunctions(L);
 }
 
 void addClassEvents(lua_State* L, const char* type)

@@ -326,15 +326,18 @@ template <class T> void release(lua_State* L, T* object)
 template <class T> int collect(lua_State* L)
 {
   T* object = pointer<T>(L, 1);
-  if (object && !handles::isValue(L, 1)) release(L, object);
+  if (!object || handles::isInside(L, 1)) return 0;
+  // A finaliser of the script's own may still see this handle.
+  if constexpr (!isCounted<T>) *static_cast<void**>(lua_touserdata(L, 1)) = nullptr;
+  release(L, object);
   return 0;
 }
 template <class T> int destroy(lua_State* L)
 {
   T* object = self<T>(L, "delete");
-  const bool inHandle = handles::isValue(L, 1);
+  const bool isInside = handles::isInside(L, 1);
   handles::clear(L, 1);
-  if (!inHandle) release(L, object);
+  if (!isInside) release(L, object);
   return 0;
 }
 
