@@ -19,7 +19,7 @@ class DynamicsSystem;
 class RigidBody : public Referenced, public kelStream::Serializable
 {
 public:
-  enum MotionControl
+  enum MotionControl : UInt32
   {
     STATIC = 1,     ///< stands still
     KINEMATICS = 2, ///< moves with its velocities, whatever meets it
@@ -45,6 +45,7 @@ public:
   /// Whether the body takes part at all; a body that does not stands still and collides with nothing.
   bool getEnable() const;
   bool isEnabled() const { return getEnable(); }
+  /// A value that is none of the three is ignored.
   void setMotionControl(MotionControl control);
   MotionControl getMotionControl() const;
   void setHandleAsParticle(bool enable);

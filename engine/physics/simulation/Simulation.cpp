@@ -170,9 +170,13 @@ Real Simulation::stepTo(Real time)
 {
   const KeepAlive keep(*this);
   const FlagGuard steppingTo(m_steppingTo);
-  // A clock that has added up its steps may miss the time by rounding.
-  while (m_steppingTo && !m_stepping && getTimeStep() > 0 && getTimeStamp() < time - 1e-6 * getTimeStep())
-    stepForward();
+  // A clock that has added up its steps may miss the time by rounding. Far from 0 a step may not move it at
+  // all.
+  const auto isDue = [&] {
+    const Real now = getTimeStamp();
+    return now < time - 1e-6 * getTimeStep() && now + getTimeStep() > now;
+  };
+  while (m_steppingTo && !m_stepping && isDue()) stepForward();
   return getTimeStamp();
 }
 

@@ -81,6 +81,8 @@ Index Solver::Step::movableIndexOf(const RigidBody* body) const
   return m_bodies[index].isMovable() ? index : 0;
 }
 
+bool Solver::Step::isFinite(const RigidBody* body) const { return m_bodies[indexOf(body)].isFinite; }
+
 void Solver::Step::findIslands()
 {
   m_islands.reset(m_bodies.size());
@@ -98,6 +100,7 @@ void Solver::Step::findIslands()
     for (const GeometryContact& contact : space->getGeometryContacts()) {
       if (!contact.isEnabled() || contact.geometry(0)->isSensor() || contact.geometry(1)->isSensor())
         continue;
+      if (!isFinite(contact.rigidBody(0)) || !isFinite(contact.rigidBody(1))) continue;
       const Index node1 = movableIndexOf(contact.rigidBody(0));
       const Index node2 = movableIndexOf(contact.rigidBody(1));
       if (!node1 && !node2) continue;

@@ -14,6 +14,7 @@ struct SolverBody
   Real freeVelocity[6] = {}; ///< after forces alone
   Real linearFactor = 0;     ///< sqrt(1/mass); 0 for what impulses do not move
   Real angularFactor[3][3] = {};
+  bool isFinite = true; ///< place, velocities and factors
 
   bool isMovable() const { return linearFactor > 0; }
   /// Starts a movable body, or one that moves whatever happens.
@@ -29,6 +30,9 @@ struct SolverBody
   void unscale(const Real (&scaled)[6], Vec3& velocity, Vec3& angularVelocity) const;
   /// Scaled form of a Jacobian.
   void scaleRow(const Vec3& linear, const Vec3& angular, Real (&row)[6]) const;
+
+private:
+  void loadForces(const RigidBody& body, const Vec3& gravity, Real timeStep);
 };
 
 } // namespace kel

@@ -47,6 +47,8 @@ private:
   Index indexOf(const RigidBody* body) const;
   /// The same, 0 also for one that impulses do not move.
   Index movableIndexOf(const RigidBody* body) const;
+  /// Whether a body may touch others: its numbers would become theirs.
+  bool isFinite(const RigidBody* body) const;
 
   const Solver* m_solver = nullptr;
   DynamicsSystem* m_system = nullptr;
