@@ -85,7 +85,7 @@ public:
 
   /// The space that it was added to, null for none. Not owned.
   Space* getSpace() const { return m_space; }
-  /// Brings the bounding volume up to the transform.
+  /// Brings the bounding volume up to the transform. The space does so in each update.
   void updateBoundingVolume();
   /// The box around the geometry in the world, as of the last update: the geometry's row.
   virtual BoundingAABB* getBoundingVolume();

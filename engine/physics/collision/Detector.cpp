@@ -76,6 +76,7 @@ void Space::Detector::insert(Geometry& geometry, Item& item)
   item.shapeChanges = geometry.m_shapeChanges;
   item.shapeModifiedCount = shape ? shape->getModifiedCount() : 0;
   geometry.m_placeChanged = false;
+  geometry.updateBoundingVolume();
   if (!shape || !item.shape.whole) return;
   item.object.setCollisionShape(item.shape.whole);
   item.object.setWorldTransform(toBullet(shape->getTransform()));
@@ -102,6 +103,7 @@ void Space::Detector::refresh(Geometry& geometry)
     insert(geometry, item);
   } else if (shape && geometry.m_placeChanged && item.shape.whole) {
     geometry.m_placeChanged = false;
+    geometry.updateBoundingVolume();
     item.object.setWorldTransform(toBullet(shape->getTransform()));
     m_world.updateSingleAabb(&item.object);
   }
