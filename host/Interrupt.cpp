@@ -23,6 +23,7 @@ void onSignal(int signal)
 Interrupt::Interrupt(lua_State* L)
 {
   s_state = L;
+  s_pressed = 0;
   std::signal(SIGINT, onSignal);
 }
 
