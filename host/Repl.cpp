@@ -45,23 +45,25 @@ bool follow(lua_State* L, const std::string& path)
 
 } // namespace
 
-Repl::Loaded Repl::load(const std::string& text) const
+Repl::Loaded Repl::load(const std::string& text, Loaded kind) const
 {
-  if (luaL_loadbuffer(m_state, text.data(), text.size(), "=stdin") == 0) return Loaded::CHUNK;
+  if (luaL_loadbuffer(m_state, text.data(), text.size(), "=stdin") == 0) return kind;
   const std::string error = kelLua::errorText(m_state, -1);
   // Lua has no other sign that more input could make a chunk of it.
   return error.ends_with("'<eof>'") ? Loaded::BEGINNING : Loaded::ERROR;
 }
 
-/// Pushes the lines as a function, an expression with its values as results; else an error text.
+/// Pushes the lines as a function, else an error text.
 Repl::Loaded Repl::loadLines() const
 {
-  if (m_lines[0] == '=') return load("return " + m_lines.substr(1));
-  const Loaded expression = load("return " + m_lines);
-  if (expression == Loaded::CHUNK) return expression;
+  // A value in front: a call alone would be a tail call, and errors in it could not name their line.
+  const std::string results = "return nil, ";
+  if (m_lines[0] == '=') return load(results + m_lines.substr(1), Loaded::EXPRESSION);
+  const Loaded expression = load(results + m_lines, Loaded::EXPRESSION);
+  if (expression == Loaded::EXPRESSION) return expression;
   lua_pop(m_state, 1);
-  const Loaded statement = load(m_lines);
-  return statement == Loaded::ERROR ? std::min(expression, statement) : statement;
+  const Loaded statement = load(m_lines, Loaded::STATEMENT);
+  return std::min(expression, statement);
 }
 
 void Repl::feed(const std::string& line)
@@ -74,18 +76,19 @@ void Repl::feed(const std::string& line)
     return;
   }
   m_lines.clear();
-  if (loaded == Loaded::CHUNK)
-    run();
-  else
+  if (loaded == Loaded::ERROR)
     reportError();
+  else
+    run(loaded);
 }
 
 /// Calls the function on top of the stack and prints its results.
-void Repl::run()
+void Repl::run(Loaded kind)
 {
   const Interrupt interrupt(m_state);
   const int base = lua_gettop(m_state) - 1;
   if (callChunk(m_state, 0, LUA_MULTRET) != 0) return reportError();
+  if (kind == Loaded::EXPRESSION) lua_remove(m_state, base + 1);
   const int numResults = lua_gettop(m_state) - base;
   if (numResults == 0) return;
   luaL_checkstack(m_state, LUA_MINSTACK, "too many results");

@@ -26,13 +26,14 @@ public:
 private:
   enum class Loaded
   {
-    CHUNK,
+    EXPRESSION,
+    STATEMENT,
     BEGINNING,
     ERROR
   };
-  Loaded load(const std::string& text) const;
+  Loaded load(const std::string& text, Loaded kind) const;
   Loaded loadLines() const;
-  void run();
+  void run(Loaded kind);
   void reportError();
 
   lua_State* m_state;

@@ -47,6 +47,8 @@ TEST_F(ReplTest, printsValuesReadably)
   EXPECT_EQ("3\n", feed({"1 + 2"}));
   EXPECT_EQ("3\n", feed({"= 1 + 2"}));
   EXPECT_EQ("", feed({"x = 'a'"}));
+  EXPECT_EQ("4\n", feed({"return 4"}));
+  EXPECT_EQ("2\n3\n", feed({"(function() return 2, 3 end)()"}));
   EXPECT_EQ("\"a\"\nnil\ntrue\n", feed({"x, nil, true"}));
   EXPECT_EQ("\"\\\"\\n\\000\\\\\"\n", feed({R"("\"\n\0\\")"}));
   EXPECT_EQ("{}\n", feed({"{}"}));
