@@ -38,6 +38,10 @@ void replaceMakers(lua_State* L)
   lua_getglobal(L, "coroutine");
   for (const char* maker : {"create", "wrap"}) {
     lua_getfield(L, -1, maker);
+    if (lua_tocfunction(L, -1) == makeCoroutine) { // from an earlier chunk
+      lua_pop(L, 1);
+      continue;
+    }
     lua_pushcclosure(L, makeCoroutine, 1);
     lua_setfield(L, -2, maker);
   }
@@ -57,6 +61,7 @@ Interrupt::Interrupt(lua_State* L)
 {
   s_state = L;
   replaceMakers(L);
+  s_pressed = 0;
   std::signal(SIGINT, onSignal);
 }
 
