@@ -234,6 +234,19 @@ void addClassEvents(lua_State* L, const char* type)
     }
     lua_pop(L, 1);
   }
+  // tolua_pushusertype breaks the stack when it changes the type of a handle whose old type has no entry
+  // here.
+  lua_getfield(L, LUA_REGISTRYINDEX, "tolua_super");
+  lua_pushfstring(L, "const %s", type);
+  lua_rawget(L, LUA_REGISTRYINDEX);
+  lua_pushvalue(L, -1);
+  lua_rawget(L, -3);
+  if (lua_isnil(L, -1)) {
+    lua_pushvalue(L, -2);
+    lua_newtable(L);
+    lua_rawset(L, -5);
+  }
+  lua_pop(L, 3);
   // Lua compares two values only if both have the same function, so a view would never equal a value.
   luaL_getmetatable(L, type);
   lua_pushfstring(L, "const %s", type);

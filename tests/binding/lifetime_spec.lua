@@ -117,6 +117,13 @@ describe("views", function()
     assert.is_nil(weak[1])
   end)
 
+  it("may change between types without a class", function()
+    local view = kelCollide.Box(1, 1, 1):getBoundingVolume()
+    for _, type in ipairs({ "kelCollide::BoundingAABB", "const kelCollide::BoundingAABB", "kelCollide::BoundingAABB" }) do
+      assert.equal(view, tolua.cast(view, type))
+    end
+  end)
+
   it("cannot be freed by themselves", function()
     local body = kel.RigidBody()
     local view = tolua.cast(body:getCmTransform(), "kel::AffineMatrix4x4")
