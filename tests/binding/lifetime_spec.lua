@@ -113,3 +113,11 @@ describe("a million objects", function()
     assert.is_true(collectgarbage("count") < heap * 1.1 + 100)
   end)
 end)
+
+describe("simulations", function()
+  it("are cheap when empty", function()
+    local before, simulations = resident(), {}
+    for i = 1, 200 do simulations[i] = kelSDK.Simulation() end
+    assert.is_true(resident() < before + 60, ("%.1f MB -> %.1f MB"):format(before, resident()))
+  end)
+end)
