@@ -2,8 +2,9 @@
 include(CMakePackageConfigHelpers)
 
 set(config_dir ${CMAKE_INSTALL_LIBDIR}/cmake/kel)
-install(TARGETS kel RUNTIME)
+install(TARGETS kel kel-jit RUNTIME)
 install(TARGETS kelCore kelPhysics kelLua LuaHeaders EXPORT kelTargets)
+install(TARGETS kel_module LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/lua/5.1)
 install(TARGETS kel_luaplugin kelEntities_luaplugin LIBRARY)
 install(DIRECTORY include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kel)
 install(DIRECTORY examples docs DESTINATION ${CMAKE_INSTALL_DATADIR}/kel)

@@ -12,6 +12,6 @@ public:
   Interrupt& operator=(const Interrupt&) = delete;
   ~Interrupt();
 
-  /// Whether Ctrl-C was pressed.
+  /// Whether Ctrl-C was pressed since the last one was made.
   static bool wasPressed();
 };

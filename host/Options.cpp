@@ -23,7 +23,7 @@ void splitWords(const std::vector<std::string>& words, Options& options)
     else if (!isatty(STDIN_FILENO))
       options.script = "-";
     else
-      throw CLI::RequiredError("A script");
+      options.interactive = true;
     if (options.script.size() > 1 && options.script[0] == '-') throw CLI::ExtrasError({options.script});
   }
   options.arguments.assign(first, words.end());
@@ -47,7 +47,8 @@ std::optional<Options> readOptions(int argc, char** argv, int& status)
   app.add_flag("--traceback", options.tracebacks, "Show a traceback with each callback that fails");
   // Everything from the script on is the script's own, also what looks like an option.
   app.prefix_command();
-  app.footer("SCRIPT [ARGS...] follows the options; - reads standard input.");
+  app.footer("SCRIPT [ARGS...] follows the options; - reads standard input.\n"
+             "Without a script, on a terminal: a dialogue with history and completion.");
 
   try {
     app.parse(argc, argv);

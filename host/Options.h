@@ -7,6 +7,7 @@
 /// What the command line asks for.
 struct Options
 {
+  bool interactive = false;           ///< A dialogue on the terminal in place of a script.
   std::optional<std::string> chunk;   ///< Lua code to run in place of a script.
   std::string script;                 ///< The script's file, "-" for standard input, empty with a chunk.
   std::vector<std::string> arguments; ///< What the script gets in `arg`.
@@ -16,6 +17,5 @@ struct Options
 };
 
 /// Reads the command line. Returns nothing when there is nothing to run, with the exit status in `status`: 0
-/// after
-/// `--help` and `--version`, 2 after bad usage.
+/// after `--help` and `--version`, 2 after bad usage.
 std::optional<Options> readOptions(int argc, char** argv, int& status);

@@ -1,5 +1,6 @@
 #include "Options.h"
 #include "ScriptRunner.h"
+#include "Terminal.h"
 #include "kel/Logger.h"
 #include "kelLua/ScriptManager.h"
 #include <cstdio>
@@ -30,7 +31,10 @@ int main(int argc, char** argv)
   if (options->plugin && !manager->requestScriptPlugin("kel"))
     return fail("cannot load the plug-in 'kel': " + manager->getLastPluginError());
 
-  status = runScript(L, *options);
+  if (options->interactive)
+    runRepl(L);
+  else
+    status = runScript(L, *options);
   manager->closeState();
   return status;
 }

@@ -8,14 +8,19 @@ function(kel_cpp_tests layer)
   gtest_discover_tests(${layer}_tests TEST_PREFIX ${layer}. PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT 600)
 endfunction()
 
-# kel_lua_tests(<layer>): every *_spec.lua beside it, run by busted inside the host.
+# kel_lua_tests(<layer>): every *_spec.lua beside it, run by busted inside each host.
 function(kel_lua_tests layer)
   file(GLOB specs CONFIGURE_DEPENDS *_spec.lua)
   foreach(spec ${specs})
     get_filename_component(name ${spec} NAME_WE)
-    add_test(NAME ${layer}.${name} COMMAND kel ${PROJECT_SOURCE_DIR}/tests/busted.lua -o TAP ${spec}
-             WORKING_DIRECTORY ${PROJECT_SOURCE_DIR})
-    set_tests_properties(${layer}.${name} PROPERTIES LABELS quick TIMEOUT 600
-                         ENVIRONMENT "KEL=$<TARGET_FILE:kel>;KEL_LIB=${CMAKE_LIBRARY_OUTPUT_DIRECTORY}")
+    kel_lua_test(${layer}.${name} kel ${spec})
+    kel_lua_test(${layer}.${name}.jit kel-jit ${spec})
   endforeach()
+endfunction()
+
+function(kel_lua_test name host spec)
+  add_test(NAME ${name} COMMAND ${host} ${PROJECT_SOURCE_DIR}/tests/busted.lua -o TAP ${spec}
+           WORKING_DIRECTORY ${PROJECT_SOURCE_DIR})
+  set_tests_properties(${name} PROPERTIES LABELS quick TIMEOUT 600
+                       ENVIRONMENT "KEL=$<TARGET_FILE:${host}>;KEL_LIB=${CMAKE_LIBRARY_OUTPUT_DIRECTORY}")
 endfunction()

@@ -1,6 +1,8 @@
 -- Runs programs for the specs and keeps their output apart.
 local shell = { program = assert(os.getenv("KEL")), libraries = assert(os.getenv("KEL_LIB")) }
 
+shell.name = shell.program:match("[^/]+$")
+
 local function read(path)
   local file = assert(io.open(path, "rb"))
   local text = file:read("*a")

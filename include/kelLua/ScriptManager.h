@@ -52,8 +52,8 @@ public:
   /// `getLastPluginError`, when the file is missing or is no plug-in.
   bool loadScriptPlugin(const kel::String& file);
   /// Makes sure that a plug-in is loaded into the current state: looks for `lib<name>_luaplugin.so` in `lib`
-  /// beside the folder of the program, then along the environment variable `KEL_PLUGIN_PATH` (folders
-  /// separated by ':').
+  /// beside the folder of the program, in the folder of the library that this class is in, then along the
+  /// environment variable `KEL_PLUGIN_PATH` (folders separated by ':').
   bool requestScriptPlugin(const kel::String& name);
   /// Why the last load failed.
   const kel::String& getLastPluginError() const { return m_lastPluginError; }

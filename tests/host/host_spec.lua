@@ -86,32 +86,43 @@ describe("a script that fails", function()
     fails("kelSDK.Simulation():add('box')", "%.lua:1: error in function 'add'%.")
   end)
 
-  it("is stopped by Ctrl-C", function()
-    local run = shell.run(("timeout --preserve-status -s INT 1 %s %s"):format(shell.program, script("while true do pcall(print) end")))
-    assert.equal(130, run.status)
-    assert.truthy(run.err:find("interrupted", 1, true), run.err)
+  it("is stopped by Ctrl-C, whatever it catches and wherever it runs", function()
+    for _, endless in ipairs({
+      "while true do pcall(print) end",
+      "local function loop() while true do end end coroutine.wrap(function() while true do pcall(loop) end end)()",
+      "local c = coroutine.create(function() coroutine.wrap(function() while true do end end)() end)\n" ..
+        "coroutine.resume(c) while true do end",
+    }) do
+      local run = shell.run(("timeout -k 5 --preserve-status -s INT 1 %s %s"):format(shell.program, script(endless)))
+      assert.equal(130, run.status, endless)
+      assert.truthy(run.err:find("interrupted", 1, true), run.err)
+    end
+    fails("coroutine.create(print)", "bad argument #1 to 'create' %(Lua function expected%)")
+  end)
+
+  it("may have an error value that fails itself", function()
+    fails("error(setmetatable({}, {__tostring = function() error('inner') end}))", "error object is a table value")
   end)
 end)
 
 describe("plug-in files", function()
   it("that are absent or broken end in one message", function()
     local folder = shell.folder()
+    shell.run(("mkdir -p %s/bin %s/lib && cp %s %s/bin/ && cp -P %s/libkel[A-Z]*.so* %s/lib/ && rm %s/lib/*_luaplugin*"):format(
+      folder, folder, shell.program, folder, shell.libraries, folder, folder))
     local function moved(prepare)
-      shell.run(("mkdir -p %s/bin %s/lib && cp %s %s/bin/"):format(folder, folder, shell.program, folder))
-      prepare(folder .. "/lib")
-      return shell.run(("LD_LIBRARY_PATH=%s %s/bin/kel -e 'print(1)'"):format(shell.libraries, folder))
+      shell.run(prepare)
+      return shell.run(("LD_LIBRARY_PATH=%s/lib %s/bin/%s -e 'print(1)'"):format(folder, folder, shell.name))
     end
-    local absent = moved(function() end)
+    local absent = moved(":")
     assert.equal(1, absent.status)
-    assert.truthy(absent.err:find("libkel_luaplugin.so", 1, true), absent.err)
+    assert.truthy(absent.err:find("libkel_luaplugin.so is not in " .. folder .. "/lib; KEL_PLUGIN_PATH", 1, true), absent.err)
 
-    local broken = moved(function(lib) shell.run(("echo rubbish > %s/libkel_luaplugin.so"):format(lib)) end)
+    local broken = moved(("echo rubbish > %s/lib/libkel_luaplugin.so"):format(folder))
     assert.equal(1, broken.status)
     assert.truthy(broken.err:match("^kel: cannot load the plug%-in 'kel': [^\n]+\n$"), broken.err)
 
-    local alone = moved(function(lib)
-      shell.run(("cp %s/libkel_luaplugin.so %s/"):format(shell.libraries, lib))
-    end)
+    local alone = moved(("cp %s/libkel_luaplugin.so %s/lib/"):format(shell.libraries, folder))
     assert.equal(0, alone.status)
     assert.equal("error: Error loading plugin: kelEntities\n", alone.err)
     assert.equal("1\n", alone.out)

@@ -55,6 +55,16 @@ TEST(Contact, EveryBroadPhaseFindsThePairs)
   EXPECT_FALSE(space.setBroadPhaseAlgorithm(2));
 }
 
+TEST(Contact, BoundsFollowInEachStep)
+{
+  Scene scene;
+  const RigidBody* ball = scene.addBody(new Sphere(0.5), Vec3(0, 0, 100), 1);
+  scene.step(10);
+  const Vec3 before = ball->getPosition();
+  scene.step(1); // which looks for contacts where the body stands before it moves
+  EXPECT_NEAR(ball->getGeometries()[0]->getBoundingVolume()->min().z(), before.z() - 0.5, 1e-12);
+}
+
 TEST(Contact, TenBoxesStayStacked)
 {
   Scene scene;

@@ -180,9 +180,8 @@ void RigidBody::addForceAtLocalCmPosition(const Vec3& force, const Vec3& localPo
 
 bool RigidBody::addAttachment(Frame* frame, const Name& name)
 {
-  const ref_ptr<Frame> keep(frame);
   if (!frame || m_attachments.count(name) || !frame->setParent(m_frame.get())) return false;
-  m_attachments.emplace(name, keep);
+  m_attachments.emplace(name, frame);
   return true;
 }
 

@@ -102,6 +102,7 @@ void Space::Detector::insert(Geometry& geometry, Item& item)
   item.shapeChanges = geometry.m_shapeChanges;
   item.shapeModifiedCount = shape ? shape->getModifiedCount() : 0;
   geometry.m_placeChanged = false;
+  geometry.updateBoundingVolume();
   if (!shape) return;
   if (!canPlace(*shape, item.shape)) {
     if (!shape->isGroup() || item.shape.whole) warnOfLoss(geometry);
@@ -133,6 +134,7 @@ void Space::Detector::refresh(Geometry& geometry)
     insert(geometry, item);
   } else if (shape && geometry.m_placeChanged) {
     geometry.m_placeChanged = false;
+    geometry.updateBoundingVolume();
     if (canPlace(*shape, item.shape) != isPlaced) {
       insert(geometry, item);
     } else if (isPlaced) {

@@ -103,8 +103,9 @@ bool Simulation::remove(kel::ContactMaterial* material)
 
 bool Simulation::remove(kel::RigidBody* body, bool removeGeometries)
 {
+  if (!m_system || !body || body->getSystem() != m_system.get()) return false;
   const kel::ref_ptr<kel::RigidBody> keep(body);
-  if (!m_system || !m_system->remove(body)) return false;
+  m_system->remove(body);
   if (removeGeometries && m_space)
     for (const auto& geometry : body->getGeometries()) m_space->remove(geometry.get());
   return true;
