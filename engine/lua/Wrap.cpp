@@ -30,6 +30,19 @@ void runChunk(lua_State* L, const Entry& entry)
   lua_settop(L, top);
 }
 
+/// Gives the const form of a type its table of bases. tolua++ makes one only for classes with members, but
+/// takes it for granted when it pushes an object for a second time, and otherwise changes a stranger's type.
+void addConstBases(lua_State* L, const char* type)
+{
+  lua_pushstring(L, "tolua_super");
+  lua_rawget(L, LUA_REGISTRYINDEX);
+  lua_pushfstring(L, "const %s", type);
+  lua_rawget(L, LUA_REGISTRYINDEX);
+  lua_newtable(L);
+  lua_rawset(L, -3);
+  lua_pop(L, 1);
+}
+
 /// Registers a type and the collector of values that carry its string, plain or const.
 void enterType(lua_State* L, const TypeEntry& type)
 {
@@ -38,6 +51,7 @@ void enterType(lua_State* L, const TypeEntry& type)
   lua_pop(L, 1);
   if (!known) {
     tolua_usertype(L, type.name);
+    addConstBases(L, type.name);
     addClassEvents(L, type.name);
   }
   if (!type.collector) return;

@@ -14,6 +14,14 @@ using kel::Vec3f;
 
 namespace {
 
+/// What does not fit comes from the heap. The library's own pools take megabytes in every simulation.
+btDefaultCollisionConstructionInfo smallPools()
+{
+  btDefaultCollisionConstructionInfo info;
+  info.m_defaultMaxPersistentManifoldPoolSize = info.m_defaultMaxCollisionAlgorithmPoolSize = 64;
+  return info;
+}
+
 std::unique_ptr<btBroadphaseInterface> makeBroadphase(Space::BroadPhaseAlgorithm algorithm)
 {
   if (algorithm == Space::HIERARCHICAL_GRID) return std::make_unique<btDbvtBroadphase>();
@@ -70,7 +78,7 @@ Vec3 surfaceVelocity(const Geometry& geometry)
 } // namespace
 
 Space::Detector::Detector(BroadPhaseAlgorithm algorithm)
-    : m_dispatcher(&m_configuration), m_boxPlaneCollider(m_dispatcher),
+    : m_configuration(smallPools()), m_dispatcher(&m_configuration), m_boxPlaneCollider(m_dispatcher),
       m_broadphase(makeBroadphase(algorithm)), m_world(&m_dispatcher, m_broadphase.get(), &m_configuration)
 {
   m_dispatcher.setNearCallback(nearCallback);
