@@ -24,13 +24,13 @@ describe("kel", function()
     assert.truthy(version.out:find("2.18.0.0", 1, true))
     local help = kel("--help")
     assert.equal(0, help.status)
-    for _, option in ipairs({ "-e", "--log-level", "--no-plugin", "--traceback" }) do
+    for _, option in ipairs({ "-e", "--check", "--log-level", "--no-plugin", "--traceback" }) do
       assert.truthy(help.out:find(option, 1, true), option)
     end
   end)
 
   it("refuses bad usage with status 2", function()
-    for _, words in ipairs({ "--nonsense x.lua", "--log-level loud x.lua", "-e" }) do
+    for _, words in ipairs({ "--nonsense x.lua", "--log-level loud x.lua", "-e", "--check", "--check -e 1" }) do
       local run = kel(words)
       assert.equal(2, run.status, words)
       assert.equal("", run.out)
