@@ -9,8 +9,8 @@ namespace {
 struct FrameRows
 {
   ref_ptr<kelData::EntityStorage> storage;
-  AffineMatrix4x4* local;
-  AffineMatrix4x4* world;
+  AffineMatrix4x4* local = nullptr;
+  AffineMatrix4x4* world = nullptr;
 
   FrameRows()
   {

@@ -1,5 +1,6 @@
 #include "ClassEvents.h"
-#include "kelLua/Handles.h"
+#include "toluaFunctions.h"
+#include <cctype>
 #include <cstring>
 #include <initializer_list>
 #include <lua.hpp>
@@ -64,6 +65,15 @@ bool findOperation(lua_State* L, const char* operation)
   return false;
 }
 
+/// Whether the key at index 2 goes to the index operators: a number, or a text that reads as one. Names are
+/// told by their first character, which spares the attempt to read each of them as a number.
+bool isElement(lua_State* L)
+{
+  if (lua_type(L, 2) != LUA_TSTRING) return lua_type(L, 2) == LUA_TNUMBER;
+  const char first = *lua_tostring(L, 2);
+  return !std::isalpha(static_cast<unsigned char>(first)) && first != '_' && lua_isnumber(L, 2);
+}
+
 int objectIndex(lua_State* L)
 {
   lua_getfenv(L, 1);
@@ -73,7 +83,7 @@ int objectIndex(lua_State* L)
     if (!lua_isnil(L, -1)) return 1;
   }
   lua_settop(L, 2);
-  if (lua_isnumber(L, 2) && findOperation(L, ".geti")) {
+  if (isElement(L) && findOperation(L, ".geti")) {
     lua_pushvalue(L, 1);
     lua_pushvalue(L, 2);
     lua_call(L, 2, 1);
@@ -135,7 +145,7 @@ int setPeer(lua_State* L)
 
 int objectNewIndex(lua_State* L)
 {
-  if (lua_isnumber(L, 2) && findOperation(L, ".seti")) {
+  if (isElement(L) && findOperation(L, ".seti")) {
     lua_insert(L, 1);
     lua_settop(L, 4);
     lua_call(L, 3, 0);
@@ -195,22 +205,6 @@ int toText(lua_State* L)
   return 1;
 }
 
-/// tolua.cast(object, type)
-int cast(lua_State* L)
-{
-  const char* type = lua_tostring(L, 2);
-  if (type) luaL_getmetatable(L, type);
-  const bool known = type && lua_istable(L, -1);
-  void* object = lua_islightuserdata(L, 1) ? lua_touserdata(L, 1) : tolua_tousertype(L, 1, nullptr);
-  if (!known || !object)
-    lua_pushnil(L);
-  else if (lua_islightuserdata(L, 1))
-    handles::push(L, object, type);
-  else
-    handles::pushMember(L, object, type, 1);
-  return 1;
-}
-
 } // namespace
 
 void openClassEvents(lua_State* L)
@@ -223,10 +217,7 @@ void openClassEvents(lua_State* L)
   lua_pushlightuserdata(L, const_cast<char*>(&s_opened));
   lua_pushboolean(L, 1);
   lua_rawset(L, LUA_REGISTRYINDEX);
-  lua_getglobal(L, "tolua");
-  lua_pushcfunction(L, cast);
-  lua_setfield(L, -2, "cast");
-  lua_pop(L, 1);
+  openToluaFunctions(L);
 }
 
 void addClassEvents(lua_State* L, const char* type)

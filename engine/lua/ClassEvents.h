@@ -4,8 +4,7 @@ struct lua_State;
 
 namespace kelLua {
 
-/// Prepares a state for classes: their look-up function, and a `tolua.cast` that gives nil for an unknown
-/// type. Doing it again changes nothing.
+/// Prepares a state for classes. Doing it again changes nothing.
 void openClassEvents(lua_State* L);
 
 /// Gives a registered type, plain and const, our look-up in place of the binding library's.

@@ -7,14 +7,14 @@
 
 namespace kelLua::handles {
 
-/// What the handles of one Lua state need: references to its tables in the registry, and the deaths that other
-/// threads have reported.
+/// What the handles of one Lua state need: references to its tables in the registry, and the deaths that
+/// other threads have reported.
 struct State
 {
   explicit State(lua_State* mainThread);
 
-  lua_State* L;          ///< The main thread of the state.
-  const void* registry;  ///< Identifies the state, also from a coroutine.
+  lua_State* L;         ///< The main thread of the state.
+  const void* registry; ///< Identifies the state, also from a coroutine.
   std::thread::id thread = std::this_thread::get_id();
 
   // Tables by light userdata (object) or by handle.
@@ -22,7 +22,8 @@ struct State
   int kept;     ///< adapter -> its handle, strong: the engine holds the adapter, so the functions must stay
   int watched;  ///< counted object -> set of the handles to clear when it dies
   int roots;    ///< handle -> counted object on whose death it is cleared
-  int owners;   ///< handle on a member -> handle on the object that the member lies in
+  int owners;   ///< handle on a member -> address of the handle on the object that the member lies in, which
+                ///< the member's own table holds: here, it could never be collected once it holds the member
 
   std::size_t debt = 0; ///< bytes of new objects that the collector of Lua has not been driven on by
 
@@ -33,6 +34,10 @@ struct State
 
 /// The state that a Lua thread belongs to, null for one that was never opened or is closed.
 State* find(lua_State* L);
+
+/// Pushes the table of a handle's own fields; false, and nothing, if it has none, which the runtime marks by
+/// the registry.
+bool pushOwnTable(lua_State* L, int handle);
 
 /// Whether the state still lives.
 bool isAlive(lua_State* L);

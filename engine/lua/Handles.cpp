@@ -129,7 +129,7 @@ void clearTree(lua_State* L, const State& state)
   clearTop(L);
   lua_rawgeti(L, LUA_REGISTRYINDEX, state.owners);
   for (lua_pushnil(L); lua_next(L, -2); lua_pop(L, 1)) {
-    if (!lua_rawequal(L, -1, owner)) continue;
+    if (lua_touserdata(L, -1) != lua_touserdata(L, owner)) continue;
     lua_pushvalue(L, -2);
     clearTree(L, state);
     lua_pop(L, 1);
@@ -224,10 +224,22 @@ bool pushGiven(lua_State* L, const void* object, const char* type)
   return false;
 }
 
-/// Whether the handle on top of the stack has a root already, which every handle on a counted object has.
-bool isWatched(lua_State* L, const State& state)
+/// The key under which a view's own table holds the handle of its owner.
+void pushOwnerKey(lua_State* L, int handle) { lua_pushlightuserdata(L, lua_touserdata(L, handle)); }
+
+/// Makes the table on top of the stack the own one of a handle, with the owner at another index in it.
+void setOwnTable(lua_State* L, int handle, int owner)
 {
-  lookUpValue(L, state.roots, lua_gettop(L));
+  pushOwnerKey(L, handle);
+  lua_pushvalue(L, owner);
+  lua_rawset(L, -3);
+  lua_setfenv(L, handle);
+}
+
+/// Whether a table has an entry for a handle.
+bool knows(lua_State* L, int table, int handle)
+{
+  lookUpValue(L, table, handle);
   const bool known = !lua_isnil(L, -1);
   lua_pop(L, 1);
   return known;
@@ -247,6 +259,14 @@ State* find(lua_State* L)
   for (const auto& state : s_states)
     if (state->registry == registry) return state.get();
   return nullptr;
+}
+
+bool pushOwnTable(lua_State* L, int handle)
+{
+  lua_getfenv(L, handle);
+  if (lua_istable(L, -1) && !lua_rawequal(L, -1, TOLUA_NOPEER)) return true;
+  lua_pop(L, 1);
+  return false;
 }
 
 bool isAlive(lua_State* L)
@@ -284,7 +304,7 @@ void pushCounted(lua_State* L, const kel::Referenced* counted, const void* objec
     lua_pop(L, 1);
   }
   pushOne(L, object, type);
-  if (counted->isShown() && isWatched(L, state)) return;
+  if (counted->isShown() && knows(L, state.roots, lua_gettop(L))) return;
   counted->markShown();
   watchTop(L, state, counted);
   if (adapter) adapterTop(L, object, false);
@@ -298,12 +318,16 @@ void pushMember(lua_State* L, const void* object, const char* type, int owner)
   if (pushGiven(L, object, type)) return;
   pushOne(L, object, type);
   const int handle = lua_gettop(L);
+  if (lua_type(L, owner) != LUA_TUSERDATA || lua_rawequal(L, handle, owner) || knows(L, state.owners, handle))
+    return;
 
   lua_rawgeti(L, LUA_REGISTRYINDEX, state.owners);
   lua_pushvalue(L, handle);
-  lua_pushvalue(L, owner);
+  lua_pushlightuserdata(L, lua_touserdata(L, owner));
   lua_rawset(L, -3);
   lua_pop(L, 1);
+  if (!pushOwnTable(L, handle)) lua_newtable(L);
+  setOwnTable(L, handle, owner);
 
   lookUpValue(L, state.roots, owner);
   const void* root = lua_touserdata(L, -1);
@@ -325,12 +349,45 @@ void* pushValue(lua_State* L, std::size_t size, std::size_t alignment, const cha
   return *block;
 }
 
-bool isValue(lua_State* L, int index)
+bool isHandle(lua_State* L, int index)
+{
+  if (lua_type(L, index) != LUA_TUSERDATA || !lua_getmetatable(L, index)) return false;
+  lua_rawget(L, LUA_REGISTRYINDEX);
+  const bool named = lua_type(L, -1) == LUA_TSTRING;
+  lua_pop(L, 1);
+  return named;
+}
+
+bool isInside(lua_State* L, int index)
 {
   const auto* block = static_cast<const char*>(lua_touserdata(L, index));
   if (!block) return false;
   const char* object = *reinterpret_cast<const char* const*>(block);
-  return object > block && object < block + lua_objlen(L, index);
+  return (object > block && object < block + lua_objlen(L, index)) || knows(L, get(L).owners, index);
+}
+
+void setPeer(lua_State* L, int index)
+{
+  const int peer = lua_gettop(L);
+  if (!pushOwnTable(L, index)) lua_pushnil(L);
+  if (lua_istable(L, -1)) {
+    pushOwnerKey(L, index);
+    lua_rawget(L, -2);
+    lua_remove(L, -2);
+  }
+  const int owner = lua_gettop(L);
+  const bool hasPeer = !lua_isnil(L, peer);
+  if (lua_isnil(L, owner)) {
+    lua_pushvalue(L, hasPeer ? peer : TOLUA_NOPEER);
+    lua_setfenv(L, index);
+  } else {
+    if (hasPeer)
+      lua_pushvalue(L, peer);
+    else
+      lua_newtable(L);
+    setOwnTable(L, index, owner);
+  }
+  lua_settop(L, peer - 1);
 }
 
 void collectTop(lua_State* L, std::size_t size)

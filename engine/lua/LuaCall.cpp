@@ -9,16 +9,6 @@ namespace kelLua {
 
 namespace {
 
-/// Pushes the peer table of the handle on top of the stack, where a script's functions are; false if it has
-/// none. The runtime marks a handle without a peer table by the registry.
-bool pushPeer(lua_State* L)
-{
-  lua_getfenv(L, -1);
-  if (lua_istable(L, -1) && !lua_rawequal(L, -1, LUA_REGISTRYINDEX)) return true;
-  lua_pop(L, 1);
-  return false;
-}
-
 /// table, key -> table[key], by the script's own metamethods.
 int getField(lua_State* L)
 {
@@ -53,7 +43,7 @@ LuaCall::LuaCall(lua_State* L, const kelStream::ClassInformation& method, const 
   if (!L || !handles::isAlive(L) || !lua_checkstack(L, LUA_MINSTACK)) return;
   m_base = lua_gettop(L);
   handles::pushAdapter(L, object);
-  if (lua_isuserdata(L, -1) && pushPeer(L)) {
+  if (lua_isuserdata(L, -1) && handles::pushOwnTable(L, lua_gettop(L))) {
     pushFunction(L, method.getMethodName());
     lua_insert(L, -2); // function below the handle, the first argument
     m_valid = !lua_isnil(L, -2);

@@ -1,8 +1,8 @@
 #include "kelLua/Wrap.h"
 #include "ClassEvents.h"
+#include "Guards.h"
 #include "Report.h"
 #include <cstdio>
-#include <cstring>
 
 namespace kelLua::wrap {
 
@@ -16,30 +16,6 @@ struct Text
   Text(const char* format, const char* name) { std::snprintf(text, sizeof text, format, name); }
   operator const char*() const { return text; }
 };
-
-/// Whether the table at index 1 is the class table of the type, plain or const, or of a class that derives
-/// from it.
-bool isClassTable(lua_State* L, const char* type)
-{
-  const int top = lua_gettop(L);
-  bool result = false;
-  lua_pushvalue(L, 1);
-  lua_rawget(L, LUA_REGISTRYINDEX);
-  if (const char* name = lua_tostring(L, -1)) {
-    result = std::strcmp(name, type) == 0;
-    if (!result) {
-      lua_getfield(L, LUA_REGISTRYINDEX, "tolua_super");
-      lua_pushvalue(L, 1);
-      lua_rawget(L, -2);
-      if (lua_istable(L, -1)) {
-        lua_getfield(L, -1, type);
-        result = lua_toboolean(L, -1) != 0;
-      }
-    }
-  }
-  lua_settop(L, top);
-  return result;
-}
 
 void enterClass(lua_State* L, const Entry& entry)
 {
@@ -104,21 +80,6 @@ void missingObject(lua_State* L, int n, const Type& type, const char* name)
 
 void outOfRange(lua_State* L) { raise(L, lua_tostring(L, -1), nullptr, nullptr); }
 
-bool isClass(lua_State* L, const Type& type, tolua_Error*)
-{
-  if (isPlaceholder(L, 1) || (lua_istable(L, 1) && isClassTable(L, type.name))) return true;
-  insertPlaceholder(L);
-  return true;
-}
-
-bool isReference(lua_State* L, int n, const Type& type, tolua_Error* failure)
-{
-  if (tolua_isvaluenil(L, n, failure) || !tolua_isusertype(L, n, type.name, 0, failure)) return false;
-  if (tolua_tousertype(L, n, nullptr)) return true;
-  *failure = {n, 0, type.name};
-  return false;
-}
-
 void pushAddress(lua_State* L, const void* value) { tolua_pushuserdata(L, const_cast<void*>(value)); }
 
 int openPackage(lua_State* L, const TypeEntry* types, const Entry* entries)
@@ -126,6 +87,7 @@ int openPackage(lua_State* L, const TypeEntry* types, const Entry* entries)
   tolua_open(L);
   handles::open(L);
   openClassEvents(L);
+  forgetJudgements();
   for (const TypeEntry* type = types; type->name; ++type) enterType(L, *type);
   tolua_module(L, nullptr, 0);
   tolua_beginmodule(L, nullptr);

@@ -36,7 +36,7 @@ void pushGiven(lua_State* L, int index)
     lua_pushfstring(L, "     given: %s\n", lua_toboolean(L, index) ? "true" : "false");
     return;
   case LUA_TUSERDATA:
-    if (!*static_cast<void**>(lua_touserdata(L, index))) {
+    if (handles::isHandle(L, index) && !*static_cast<void**>(lua_touserdata(L, index))) {
       lua_pushliteral(L, "     given: a handle whose object is gone\n");
       return;
     }
@@ -47,6 +47,14 @@ void pushGiven(lua_State* L, int index)
   lua_pushliteral(L, "");
 }
 
+/// The type of a value as scripts know it; it lies on the stack.
+const char* typeName(lua_State* L, int index)
+{
+  if (lua_type(L, index) != LUA_TUSERDATA || handles::isHandle(L, index)) return tolua_typename(L, index);
+  lua_pushliteral(L, "userdata"); // of another library
+  return lua_tostring(L, -1);
+}
+
 /// Pushes the text behind its "#f" or "#v" with the report on the value that failed, which may lie above the
 /// top.
 void pushReport(lua_State* L, const char* text, const tolua_Error& failure)
@@ -54,7 +62,7 @@ void pushReport(lua_State* L, const char* text, const tolua_Error& failure)
   const int argument = failure.index - (isPlaceholder(L, 1) ? 1 : 0);
   const bool isGiven = failure.index <= lua_gettop(L);
   const char* array = failure.array ? "array of " : "";
-  const char* provided = tolua_typename(L, failure.index); // lies on the stack
+  const char* provided = typeName(L, failure.index);
   const int report = lua_gettop(L);
   lua_pushfstring(L, "%s\n     ", text + 2);
   if (text[1] == 'f')

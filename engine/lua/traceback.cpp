@@ -6,11 +6,17 @@ namespace kelLua {
 std::string errorText(lua_State* L, int index)
 {
   if (const char* text = lua_tostring(L, index)) return text;
-  if (luaL_callmeta(L, index, "__tostring")) {
-    const char* text = lua_tostring(L, -1);
+  lua_pushvalue(L, index);
+  const int value = lua_gettop(L);
+  if (luaL_getmetafield(L, value, "__tostring")) {
+    lua_insert(L, value);
+    const bool done = lua_pcall(L, 1, 1, 0) == 0;
+    const char* text = done ? lua_tostring(L, value) : nullptr;
     const std::string result = text ? text : "";
-    lua_pop(L, 1);
+    lua_settop(L, value - 1);
     if (!result.empty()) return result;
+  } else {
+    lua_pop(L, 1);
   }
   return std::string("(error object is a ") + luaL_typename(L, index) + " value)";
 }

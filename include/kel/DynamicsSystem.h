@@ -48,6 +48,7 @@ public:
   const Vec3& getUniformGravity() const { return m_gravity; }
 
   /// Moves the bodies on by a step: forces, solution, places. The contacts are those that the space has now.
+  /// Does nothing when the step has no length.
   void stepForward();
 
   /// Sums over the dynamic bodies: kg m/s; kg m2/s about the world's origin; J.

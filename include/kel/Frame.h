@@ -27,8 +27,11 @@ public:
   bool setParent(Frame* parent);
   /// The frame above this one, null at a root. Not owned.
   Frame* getParent() const { return m_parent; }
+  /// Whether the frame hangs under another one.
   bool hasParent() const { return m_parent != nullptr; }
+  /// Whether frames hang under this one.
   bool hasChildren() const { return !m_children.empty(); }
+  /// The frames below this one, in the order of their coming. Not owned.
   const std::vector<Frame*>& getChildren() const { return m_children; }
   /// Makes a child a root that keeps its world transform; false for a frame that is no child of this one.
   bool removeChild(Frame* child);
@@ -39,24 +42,30 @@ public:
 
   /// World transform: a view of the frame's row, which follows the frame.
   const AffineMatrix4x4& getMatrix() const { return *m_world; }
+  /// Places the frame in the world.
   void setMatrix(const AffineMatrix4x4& matrix);
   /// Transform to the parent: a view of the frame's row, which follows the frame.
   const AffineMatrix4x4& getLocalMatrix() const { return *m_local; }
+  /// Places the frame in its parent.
   void setLocalMatrix(const AffineMatrix4x4& matrix);
 
   /// Origin in the world, m.
   Vec3 getTranslate() const { return m_world->getTranslate(); }
+  /// Moves the origin to a point of the world, m.
   void setTranslate(const Vec3& translate);
   void setTranslate(Real x, Real y, Real z) { setTranslate(Vec3(x, y, z)); }
   /// Origin in the parent, m.
   Vec3 getLocalTranslate() const { return m_local->getTranslate(); }
+  /// Moves the origin to a point of the parent, m.
   void setLocalTranslate(const Vec3& translate);
   void setLocalTranslate(Real x, Real y, Real z) { setLocalTranslate(Vec3(x, y, z)); }
   /// Rotation to the world.
   Quat getRotate() const { return m_world->getRotate(); }
+  /// Sets the rotation to the world; the origin stays.
   void setRotate(const Quat& rotate);
   /// Rotation to the parent.
   Quat getLocalRotate() const { return m_local->getRotate(); }
+  /// Sets the rotation to the parent; the origin stays.
   void setLocalRotate(const Quat& rotate);
 
   /// Points and vectors of the frame, seen in the world, and back. The rotation must be free of scale.

@@ -25,6 +25,7 @@ public:
   /// generated is made for the new mass. False, and nothing happens, for a mass that is not above 0 and
   /// finite.
   bool setMass(Real mass, bool autoGenerate = false);
+  /// The mass, kg.
   Real getMass() const;
   /// 1 / mass, 1/kg.
   Real getInvMass() const;
@@ -48,6 +49,7 @@ public:
 
   /// Bits of `AutoGenerate`: what follows the geometries from now on, all of it at first.
   void setAutoGenerateMask(UInt32 mask);
+  /// Bits of `AutoGenerate`: what follows the geometries.
   UInt32 getAutoGenerateMask() const;
 
   /// The tensor about a point at `offset` (m) from the centre of a mass (kg), by the parallel axis theorem;

@@ -46,8 +46,8 @@ protected:
 
 private:
   Name m_name;
-  Real m_friction;
-  Real m_restitution;
+  Real m_friction = DEFAULT_FRICTION;
+  Real m_restitution = DEFAULT_RESTITUTION;
   Real m_density = DEFAULT_DENSITY;
 };
 

@@ -36,7 +36,9 @@ public:
   /// Transform of the shape to the geometry's frame.
   const kel::AffineMatrix4x4& getShapeTransform() const { return m_shapeTransform; }
 
+  /// The name, which need not be the only one of its kind.
   const kel::String& getName() const { return m_name.str(); }
+  /// Renames the geometry.
   void setName(const kel::Name& name) { m_name = name; }
   /// A number that no other geometry of this process has or had.
   kel::UInt32 getId() const { return m_entity.getId(); }
@@ -47,23 +49,35 @@ public:
   kel::Frame* getFrame() const { return m_frame.get(); }
   /// The body that it rides on, null for none. Not owned.
   kel::RigidBody* getRigidBody() const { return m_rigidBody; }
+  /// The frame above the geometry's own, null for none. Not owned.
   kel::Frame* getParentFrame() const { return m_frame->getParent(); }
+  /// As `Frame::setParent` of the geometry's frame.
   bool setParentFrame(kel::Frame* parent) { return m_frame->setParent(parent); }
   /// Transform to the world: the geometry's row.
   const kel::AffineMatrix4x4& getTransform() const;
+  /// Places the geometry in the world.
   void setTransform(const kel::AffineMatrix4x4& transform) { m_frame->setMatrix(transform); }
+  /// Transform to the parent frame.
   const kel::AffineMatrix4x4& getLocalTransform() const { return m_frame->getLocalMatrix(); }
+  /// Places the geometry in its parent frame.
   void setLocalTransform(const kel::AffineMatrix4x4& transform) { m_frame->setLocalMatrix(transform); }
   /// Origin in the world, m.
   kel::Vec3 getPosition() const { return getTransform().getTranslate(); }
+  /// Moves the origin to a point of the world, m.
   void setPosition(const kel::Vec3& position) { m_frame->setTranslate(position); }
   void setPosition(kel::Real x, kel::Real y, kel::Real z) { setPosition(kel::Vec3(x, y, z)); }
+  /// Origin in the parent frame, m.
   kel::Vec3 getLocalPosition() const { return m_frame->getLocalTranslate(); }
+  /// Moves the origin to a point of the parent frame, m.
   void setLocalPosition(const kel::Vec3& position) { m_frame->setLocalTranslate(position); }
   void setLocalPosition(kel::Real x, kel::Real y, kel::Real z) { setLocalPosition(kel::Vec3(x, y, z)); }
+  /// Rotation to the world.
   kel::Quat getRotation() const { return getTransform().getRotate(); }
+  /// Sets the rotation to the world; the origin stays.
   void setRotation(const kel::Quat& rotation) { m_frame->setRotate(rotation); }
+  /// Rotation to the parent frame.
   kel::Quat getLocalRotation() const { return m_frame->getLocalRotate(); }
+  /// Sets the rotation to the parent frame; the origin stays.
   void setLocalRotation(const kel::Quat& rotation) { m_frame->setLocalRotate(rotation); }
 
   /// Whether the geometry exists for collision detection; true at first.
@@ -76,6 +90,7 @@ public:
   /// Whether it collides with another one, as far as the space's pairs are concerned. Does nothing without a
   /// space.
   void setEnableCollisions(const Geometry* other, bool enable);
+  /// Whether the pair with another one is enabled in the space; true without a space.
   bool getEnableCollisions(const Geometry* other) const;
   /// What its space answers to `Space::canCollide`; false for null.
   bool canCollide(const Geometry* other) const;
@@ -85,18 +100,21 @@ public:
 
   /// The space that it was added to, null for none. Not owned.
   Space* getSpace() const { return m_space; }
-  /// Brings the bounding volume up to the transform.
+  /// Brings the bounding volume up to the transform. The space does so in each update.
   void updateBoundingVolume();
   /// The box around the geometry in the world, as of the last update: the geometry's row.
   virtual BoundingAABB* getBoundingVolume();
 
   /// The material; null means the default one.
   void setMaterial(kel::Material* material) { m_material = material; }
+  /// The material, null for the default one. Not owned.
   kel::Material* getMaterial() const { return m_material.get(); }
+  /// Goes back to the default material.
   void removeMaterial() { m_material = nullptr; }
 
   /// Velocity of the surface against the geometry, in the geometry's frame, m/s: a conveyor belt.
   void setSurfaceVelocity(const kel::Vec3f& velocity);
+  /// The surface velocity: the geometry's row.
   const kel::Vec3f& getSurfaceVelocity() const;
   kel::String getClassName() const override { return "Geometry"; }
 

@@ -34,6 +34,7 @@ public:
 
   /// Switches the algorithm; all contacts go. False for a number that is none.
   bool setBroadPhaseAlgorithm(int algorithm);
+  /// How overlapping boxes are found.
   BroadPhaseAlgorithm getBroadPhaseAlgorithm() const { return m_broadPhase; }
 
   /// Finds overlapping boxes, then contacts.
@@ -64,6 +65,7 @@ public:
   static bool canCollide(const Geometry* first, const Geometry* second, const Space* space);
   /// Disables and enables a pair; all pairs are enabled at first. Does nothing for null.
   void setEnableCollisions(const Geometry* first, const Geometry* second, bool enable);
+  /// Whether a pair is enabled; false for null.
   bool getEnableCollisions(const Geometry* first, const Geometry* second) const;
   kel::String getClassName() const override { return "Space"; }
 
@@ -78,8 +80,8 @@ private:
   std::vector<kel::ref_ptr<Geometry>> m_geometries;
   std::unordered_set<kel::UInt64> m_disabledPairs; // both ids, the smaller one in the upper half
   std::vector<GeometryContact> m_contacts;
-  std::unique_ptr<Detector> m_detector;
   BroadPhaseAlgorithm m_broadPhase = HIERARCHICAL_GRID;
+  std::unique_ptr<Detector> m_detector;
   kel::UInt32 m_nextOrder = 0;
 };
 

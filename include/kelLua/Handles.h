@@ -31,8 +31,16 @@ void pushMember(lua_State* L, const void* object, const char* type, int owner);
 /// a value needs no collector; it must be trivially destructible.
 void* pushValue(lua_State* L, std::size_t size, std::size_t alignment, const char* type);
 
-/// Whether the value of the handle at a stack index lies inside the handle.
-bool isValue(lua_State* L, int index);
+/// Whether the value at a stack index is a handle at all.
+bool isHandle(lua_State* L, int index);
+
+/// Whether the object of the handle at a stack index lies inside that handle or inside another object, so
+/// that it cannot be freed by itself.
+bool isInside(lua_State* L, int index);
+
+/// Makes the table on top of the stack the place of a script's own fields of the handle at a stack index; nil
+/// for a new one when it is needed. Pops it.
+void setPeer(lua_State* L, int index);
 
 /// Registers the handle on top of the stack for collection, so that the class's collector runs on its object.
 /// `size` is what the object costs outside of Lua, in bytes: the collector of Lua is driven on by that much,

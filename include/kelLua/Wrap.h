@@ -18,10 +18,20 @@
 namespace kelLua::wrap {
 
 /// A type string of the scripts, such as "kel::Vec3" or "const kel::Vec3"; one static record a string and
-/// package.
+/// package. It remembers which metatables the type accepts, for the state that asked last.
 struct Type
 {
+  struct Judged
+  {
+    const void* metatable = nullptr;
+    bool accepted = false;
+  };
+
   const char* name;
+  mutable const void* registry = nullptr; ///< Identifies the state.
+  mutable unsigned generation = 0;        ///< Of the classes when the judgements were made.
+  mutable unsigned next = 0;
+  mutable Judged judged[4] = {};
 };
 
 // ---- Traits, as template arguments of what uses them: an opaque type may be complete in another source.
@@ -80,9 +90,11 @@ template <class T, class Base> constexpr bool hasBaseAtStart()
 /// The class table, or that of a derived class. Where index 1 holds neither, the script left it out: a
 /// placeholder moves the arguments up by one. Always true.
 bool isClass(lua_State* L, const Type& type, tolua_Error* failure);
+/// An object of the type, plain or derived, or nil.
+bool isPointer(lua_State* L, int n, const Type& type, tolua_Error* failure);
 inline bool isSelf(lua_State* L, const Type& type, tolua_Error* failure)
 {
-  return tolua_isusertype(L, 1, type.name, 0, failure) != 0;
+  return isPointer(L, 1, type, failure);
 }
 inline bool isNumber(lua_State* L, int n, tolua_Error* failure)
 {
@@ -99,11 +111,6 @@ inline bool isString(lua_State* L, int n, tolua_Error* failure)
 inline bool isAddress(lua_State* L, int n, tolua_Error* failure)
 {
   return tolua_isuserdata(L, n, 0, failure) != 0;
-}
-/// An object of the type or nil.
-inline bool isPointer(lua_State* L, int n, const Type& type, tolua_Error* failure)
-{
-  return tolua_isusertype(L, n, type.name, 0, failure) != 0;
 }
 /// An object of the type that lives: neither nil nor a cleared handle.
 bool isReference(lua_State* L, int n, const Type& type, tolua_Error* failure);
@@ -181,7 +188,8 @@ inline void* address(lua_State* L, int n) { return tolua_touserdata(L, n, nullpt
 /// Null for nil and for a cleared handle.
 template <class T> T* pointer(lua_State* L, int n)
 {
-  return static_cast<T*>(tolua_tousertype(L, n, nullptr));
+  if (lua_type(L, n) != LUA_TUSERDATA) return static_cast<T*>(tolua_tousertype(L, n, nullptr));
+  return *static_cast<T**>(lua_touserdata(L, n));
 }
 template <class T> T* pointer(lua_State* L, int n, T* absent)
 {
@@ -290,6 +298,18 @@ template <class T> void pushNew(lua_State* L, T* object, const Type& type, bool 
   if constexpr (isAdapter<T>) handles::adapterTop(L, object->object(), local);
 }
 
+/// The same of a T made of these arguments, in place where that is possible.
+template <class T, class... Arguments>
+void construct(lua_State* L, const Type& type, bool local, Arguments&&... arguments)
+{
+  if constexpr (std::is_trivially_destructible_v<T>)
+    if (local) {
+      new (handles::pushValue(L, sizeof(T), alignof(T), type.name)) T(std::forward<Arguments>(arguments)...);
+      return;
+    }
+  pushNew(L, new T(std::forward<Arguments>(arguments)...), type, local);
+}
+
 /// Collector and `delete` of a class: the reference goes, or the object where T is not counted.
 template <class T> void release(lua_State* L, T* object)
 {
@@ -306,15 +326,18 @@ template <class T> void release(lua_State* L, T* object)
 template <class T> int collect(lua_State* L)
 {
   T* object = pointer<T>(L, 1);
-  if (object && !handles::isValue(L, 1)) release(L, object);
+  if (!object || handles::isInside(L, 1)) return 0;
+  // A finaliser of the script's own may still see this handle.
+  if constexpr (!isCounted<T>) *static_cast<void**>(lua_touserdata(L, 1)) = nullptr;
+  release(L, object);
   return 0;
 }
 template <class T> int destroy(lua_State* L)
 {
   T* object = self<T>(L, "delete");
-  const bool inHandle = handles::isValue(L, 1);
+  const bool isInside = handles::isInside(L, 1);
   handles::clear(L, 1);
-  if (!inHandle) release(L, object);
+  if (!isInside) release(L, object);
   return 0;
 }
 

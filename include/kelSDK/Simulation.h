@@ -82,13 +82,16 @@ public:
 
   /// Length of a step, s; 0 without a dynamics system.
   kel::Real getTimeStep() const;
+  /// Sets the length of a step, s, above 0; does nothing without a dynamics system.
   void setTimeStep(kel::Real timeStep);
   /// The clock's time, s.
   kel::TimeStamp getTimeStamp() const { return m_clock->getTime(); }
+  /// Sets the clock, s, without a step.
   void setTimeStamp(kel::TimeStamp time) { m_clock->stepTo(time); }
 
   /// Acceleration of free bodies, m/s2; false without a dynamics system.
   bool setUniformGravity(const kel::Vec3& gravity);
+  /// Acceleration of free bodies, m/s2; 0 without a dynamics system.
   kel::Vec3 getUniformGravity() const;
 
   /// The parts; null where they were set so. Owned by the simulation.

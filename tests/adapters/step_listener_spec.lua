@@ -136,6 +136,14 @@ describe("a callback that fails", function()
     assert.equal("true\ttrue\n", run.out)
   end)
 
+  it("logs one line also when its error value fails itself", function()
+    local text = failing:gsub("local nothing\n", ""):gsub("nothing%.field = 1", [[
+      error(setmetatable({}, { __tostring = function() error("inner") end }))]])
+    local run = shell.kel(shell.script(text))
+    assert.equal("warning: (error object is a table value)\n", run.err:match("^[^\n]*\n"))
+    assert.equal("true\ttrue\n", run.out)
+  end)
+
   it("shows where it was called from when the user asks", function()
     local run = shell.kel("--traceback " .. shell.script(failing))
     assert.equal(0, run.status)

@@ -219,3 +219,21 @@ TEST_F(Wrap, OpeningAgainChangesNothing)
   EXPECT_EQ(luaL_dostring(other, "assert((-test.Vector(1)).x == -1)"), 0) << lua_tostring(other, -1);
   lua_close(other);
 }
+
+TEST_F(Wrap, ClassesOfOneStateAreNotTakenForThoseOfAnother)
+{
+  const std::string check =
+      "assert(test.Vector(3, 0, 4):length() == 5 and test.Wheel():find(test.Wheel()) == 'body')"
+      "for _, wrong in ipairs{test.Body(), io.stdout, test.Vector} do"
+      " assert(not pcall(test.Vector.length, wrong)) end";
+  for (int i = 0; i < 20; ++i) {
+    lua_State* other = luaL_newstate(); // often where the last one was, its classes elsewhere
+    luaL_openlibs(other);
+    for (int filler = 0; filler < i; ++filler) lua_newuserdata(other, 40);
+    (i % 2 ? tolua_test_Body_open : tolua_test_Vector_open)(other);
+    (i % 2 ? tolua_test_Vector_open : tolua_test_Body_open)(other);
+    EXPECT_EQ(luaL_dostring(other, check.c_str()), 0) << lua_tostring(other, -1);
+    run(check);
+    lua_close(other);
+  }
+}

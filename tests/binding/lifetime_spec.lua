@@ -55,6 +55,9 @@ describe("ownership", function()
     sim:remove(body)
     assert.equal(1, body:getReferenceCount())
     assert.equal(0, kel.RigidBody:new():getReferenceCount())
+    local unowned = kel.RigidBody:new()
+    assert.is_false(sim:remove(unowned))
+    assert.equal(0, unowned:getReferenceCount())
   end)
 
   it("ends at collection", function()
@@ -78,6 +81,77 @@ describe("ownership", function()
     body:addForce(1, 2, 3)
     assert.equal(kel.Vec3(1, 2, 3), force)
     assert.error_matches(function() force:set(0, 0, 0) end, "error in function 'set'")
+  end)
+end)
+
+describe("views", function()
+  it("that a script keeps in their owner do not keep both for ever", function()
+    local weak = setmetatable({}, { __mode = "v" })
+    do
+      local body, other = kel.RigidBody(), kel.RigidBody()
+      body.force = body:getForce()
+      tolua.cast(other, "kel::RigidBody").same = other
+      weak[1], weak[2] = body, other
+    end
+    collect()
+    assert.same({}, weak)
+  end)
+
+  it("keep their owner whatever table of fields a script gives them", function()
+    local weak = setmetatable({}, { __mode = "v" })
+    local force
+    do
+      local body = kel.RigidBody()
+      body:addForce(1, 2, 3)
+      weak[1], force = body, body:getForce()
+    end
+    for _, fields in ipairs({ { note = "x" }, false }) do
+      tolua.setpeer(force, fields or nil)
+      collect()
+      assert.equal(kel.Vec3(1, 2, 3), force)
+      assert.equal(fields and "x", fields and force.note)
+    end
+    assert.truthy(weak[1])
+    force = nil
+    collect()
+    assert.is_nil(weak[1])
+  end)
+
+  it("cannot be freed by themselves", function()
+    local body = kel.RigidBody()
+    local view = tolua.cast(body:getCmTransform(), "kel::AffineMatrix4x4")
+    tolua.takeownership(view)
+    view:delete()
+    assert.error_matches(function() view:getTranslate() end, "invalid 'self'")
+    assert.equal(kel.Vec3(), body:getCmPosition())
+  end)
+end)
+
+describe("odd values", function()
+  it("are no objects", function()
+    for _, odd in ipairs({ newproxy(), io.stdout, 1, {} }) do assert.is_nil(tolua.cast(odd, "kel::Vec3")) end
+    assert.error_matches(function() tolua.setpeer(kel.Vec3(), 5) end, "bad argument #2")
+    assert.error_matches(function() tolua.setpeer(io.stdout, {}) end, "bad argument #1")
+    assert.error_matches(function() tolua.inherit() end, "bad argument #1")
+    assert.error_matches(function() kel.Vec3.length(io.stdout) end, "argument #1 is 'userdata'; 'const kel::Vec3' expected%.\n     sig")
+  end)
+
+  it("may stand for objects", function()
+    local own = { extra = 1 }
+    tolua.inherit(own, kel.Vec3(3, 4, 0))
+    assert.equal(5, kel.Vec3.length(own))
+  end)
+
+  it("of a script's finalisers find no dead value", function()
+    local seen
+    do
+      local proxy = newproxy(true) -- the older one is finalised later
+      local matrix = kel.AffineMatrix4x4:new()
+      tolua.takeownership(matrix)
+      getmetatable(proxy).__gc = function() seen = { pcall(matrix.getTranslate, matrix) } end
+    end
+    collect()
+    assert.truthy(seen[2]:find("invalid 'self'", 1, true))
   end)
 end)
 

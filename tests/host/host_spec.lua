@@ -86,10 +86,22 @@ describe("a script that fails", function()
     fails("kelSDK.Simulation():add('box')", "%.lua:1: error in function 'add'%.")
   end)
 
-  it("is stopped by Ctrl-C", function()
-    local run = shell.run(("timeout --preserve-status -s INT 1 %s %s"):format(shell.program, script("while true do pcall(print) end")))
-    assert.equal(130, run.status)
-    assert.truthy(run.err:find("interrupted", 1, true), run.err)
+  it("is stopped by Ctrl-C, whatever it catches and wherever it runs", function()
+    for _, endless in ipairs({
+      "while true do pcall(print) end",
+      "local function loop() while true do end end coroutine.wrap(function() while true do pcall(loop) end end)()",
+      "local c = coroutine.create(function() coroutine.wrap(function() while true do end end)() end)\n" ..
+        "coroutine.resume(c) while true do end",
+    }) do
+      local run = shell.run(("timeout -k 5 --preserve-status -s INT 1 %s %s"):format(shell.program, script(endless)))
+      assert.equal(130, run.status, endless)
+      assert.truthy(run.err:find("interrupted", 1, true), run.err)
+    end
+    fails("coroutine.create(print)", "bad argument #1 to 'create' %(Lua function expected%)")
+  end)
+
+  it("may have an error value that fails itself", function()
+    fails("error(setmetatable({}, {__tostring = function() error('inner') end}))", "error object is a table value")
   end)
 end)
 

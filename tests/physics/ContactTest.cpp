@@ -38,6 +38,33 @@ TEST(Contact, ForcesCarryTheWeight)
   EXPECT_GT(space.getGeometryContacts()[0].getPoint(0).normal().z(), 0.999F);
 }
 
+TEST(Contact, EveryBroadPhaseFindsThePairs)
+{
+  Scene scene;
+  scene.addGeometry(new Plane);
+  scene.addBody(new Box(0.5, 0.5, 0.5), Vec3(0, 0, 0.5), 7);
+  scene.addBody(new Sphere(0.5), Vec3(0.1, 0, 1.5), 7);
+  kelCollide::Space& space = *scene.simulation->getSpace();
+  EXPECT_EQ(space.getBroadPhaseAlgorithm(), kelCollide::Space::HIERARCHICAL_GRID);
+  scene.step(2);
+  EXPECT_EQ(space.getGeometryContacts().size(), 2u);
+  EXPECT_TRUE(space.setBroadPhaseAlgorithm(kelCollide::Space::SWEEP_AND_PRUNE));
+  EXPECT_TRUE(space.getGeometryContacts().empty());
+  scene.step(2);
+  EXPECT_EQ(space.getGeometryContacts().size(), 2u);
+  EXPECT_FALSE(space.setBroadPhaseAlgorithm(2));
+}
+
+TEST(Contact, BoundsFollowInEachStep)
+{
+  Scene scene;
+  const RigidBody* ball = scene.addBody(new Sphere(0.5), Vec3(0, 0, 100), 1);
+  scene.step(10);
+  const Vec3 before = ball->getPosition();
+  scene.step(1); // which looks for contacts where the body stands before it moves
+  EXPECT_NEAR(ball->getGeometries()[0]->getBoundingVolume()->min().z(), before.z() - 0.5, 1e-12);
+}
+
 TEST(Contact, TenBoxesStayStacked)
 {
   Scene scene;

@@ -62,6 +62,52 @@ TEST_P(FreeMotion, KeepsMomentumAndEnergyOfATumblingBody)
   EXPECT_GT(flips, 3);
 }
 
+TEST_P(FreeMotion, ForcesActForOneStep)
+{
+  ref_ptr<RigidBody> body = new RigidBody;
+  body->getMassProperties()->setMass(2);
+  body->getMassProperties()->setInertiaTensor(Vec3(1, 2, 4));
+  system->add(body.get());
+  system->setUniformGravity(Vec3());
+  body->addForce(6, 0, 0);
+  body->addTorque(0, 0, 8);
+  system->stepForward();
+  system->stepForward();
+  EXPECT_NEAR(body->getVelocity().x(), 3 * h, 1e-15);
+  EXPECT_NEAR(body->getAngularVelocity().z(), 2 * h, 1e-15);
+  EXPECT_EQ(body->getForce().length() + body->getLastForce().length() + body->getLastTorque().length(), 0);
+  body->addForce(6, 0, 0);
+  system->stepForward();
+  EXPECT_EQ(body->getLastForce().x(), 6);
+  EXPECT_NEAR(body->getAcceleration().x(), 3, 1e-10);
+}
+
+TEST_P(FreeMotion, TurnsAboutTheCentreOfMass)
+{
+  ref_ptr<RigidBody> body = new RigidBody;
+  body->setCmLocalTranslate(Vec3(1, 0, 0));
+  body->setAngularVelocity(0, 0, 2);
+  system->add(body.get());
+  system->setUniformGravity(Vec3());
+  run(1);
+  EXPECT_LT((body->getCmPosition() - Vec3(1, 0, 0)).length(), 1e-12);
+  EXPECT_LT((body->getPosition() - Vec3(1 - std::cos(2), -std::sin(2), 0)).length(), 1e-10);
+  EXPECT_LT((body->getModelVelocity() - Vec3(2 * std::sin(2), -2 * std::cos(2), 0)).length(), 1e-9);
+}
+
+TEST_P(FreeMotion, KinematicBodiesArriveWhereTheyAreSent)
+{
+  ref_ptr<RigidBody> body = new RigidBody;
+  body->setCmLocalTranslate(Vec3(1, 0, 0));
+  body->setMotionControl(RigidBody::KINEMATICS);
+  system->add(body.get());
+  const kel::Quat turn(2.5, Vec3(1, 2, 3));
+  body->moveTo(Vec3(4, 5, 6), turn, h);
+  system->stepForward();
+  EXPECT_LT((body->getPosition() - Vec3(4, 5, 6)).length(), 1e-10);
+  EXPECT_TRUE(kel::equivalent(body->getTransform(), kel::AffineMatrix4x4(turn, Vec3(4, 5, 6))));
+}
+
 INSTANTIATE_TEST_SUITE_P(TimeSteps, FreeMotion, testing::Values(1.0 / 60, 1.0 / 600));
 
 } // namespace

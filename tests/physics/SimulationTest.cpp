@@ -172,7 +172,8 @@ TEST(Simulation, WorksWithoutItsParts)
   simulation->setSpace(nullptr);
   EXPECT_EQ(simulation->getTimeStep(), 0);
   EXPECT_FALSE(simulation->setUniformGravity(Vec3()));
-  EXPECT_FALSE(simulation->add(new RigidBody));
+  const ref_ptr<RigidBody> body = new RigidBody;
+  EXPECT_FALSE(simulation->add(body.get()));
   simulation->stepForward();
 }
 

@@ -18,25 +18,25 @@ struct BodyRows
   };
 
   ref_ptr<kelData::EntityStorage> storage;
-  AffineMatrix4x4* transform;   ///< model frame to the world
-  AffineMatrix4x4* cmTransform; ///< centre-of-mass frame to the world
-  UInt32* state;
-  UInt32* id;
-  UInt32* numConstraints;
-  Vec3* position;            ///< of the model frame, m
-  Vec3* velocity;            ///< of the centre of mass, m/s
-  Vec3* angularVelocity;     ///< rad/s
-  Vec3* acceleration;        ///< m/s2
-  Vec3* angularAcceleration; ///< rad/s2
-  Vec3* force;               ///< N, for the next step
-  Vec3* torque;              ///< N m, for the next step
-  Vec3* lastForce;           ///< N, in the last step
-  Vec3* lastTorque;          ///< N m, in the last step
-  Real* mass;                ///< kg
-  Real* inverseMass;         ///< 1/kg
-  SPDMatrix3x3* inertia;     ///< kg m2, in the centre-of-mass frame
-  SPDMatrix3x3* inverseInertia;
-  UInt32* autoGenerateMask;
+  AffineMatrix4x4* transform = nullptr;   ///< model frame to the world
+  AffineMatrix4x4* cmTransform = nullptr; ///< centre-of-mass frame to the world
+  UInt32* state = nullptr;
+  UInt32* id = nullptr;
+  UInt32* numConstraints = nullptr;
+  Vec3* position = nullptr;            ///< of the model frame, m
+  Vec3* velocity = nullptr;            ///< of the centre of mass, m/s
+  Vec3* angularVelocity = nullptr;     ///< rad/s
+  Vec3* acceleration = nullptr;        ///< m/s2
+  Vec3* angularAcceleration = nullptr; ///< rad/s2
+  Vec3* force = nullptr;               ///< N, for the next step
+  Vec3* torque = nullptr;              ///< N m, for the next step
+  Vec3* lastForce = nullptr;           ///< N, in the last step
+  Vec3* lastTorque = nullptr;          ///< N m, in the last step
+  Real* mass = nullptr;                ///< kg
+  Real* inverseMass = nullptr;         ///< 1/kg
+  SPDMatrix3x3* inertia = nullptr;     ///< kg m2, in the centre-of-mass frame
+  SPDMatrix3x3* inverseInertia = nullptr;
+  UInt32* autoGenerateMask = nullptr;
 
   static const BodyRows& instance();
 

@@ -4,6 +4,7 @@
 #include "kel/DynamicsSystem.h"
 #include "kelCollide/Space.h"
 #include <algorithm>
+#include <cmath>
 
 namespace kel {
 
@@ -80,9 +81,9 @@ void RigidBody::setIsPowerlineBody(bool enable) { setStateBit(BodyRows::POWERLIN
 
 void RigidBody::setMotionControl(MotionControl control)
 {
+  if (control < STATIC || control > DYNAMICS) return;
   UInt32& state = rows().state[m_row];
-  state =
-      (state & ~UInt32(BodyRows::MOTION_CONTROL_MASK)) | (UInt32(control) & BodyRows::MOTION_CONTROL_MASK);
+  state = (state & ~UInt32(BodyRows::MOTION_CONTROL_MASK)) | UInt32(control);
 }
 
 RigidBody::MotionControl RigidBody::getMotionControl() const
@@ -179,9 +180,8 @@ void RigidBody::addForceAtLocalCmPosition(const Vec3& force, const Vec3& localPo
 
 bool RigidBody::addAttachment(Frame* frame, const Name& name)
 {
-  const ref_ptr<Frame> keep(frame);
   if (!frame || m_attachments.count(name) || !frame->setParent(m_frame.get())) return false;
-  m_attachments.emplace(name, keep);
+  m_attachments.emplace(name, frame);
   return true;
 }
 
@@ -253,12 +253,13 @@ bool RigidBody::remove(Geometry* geometry, bool keepLocalTransform)
 void RigidBody::updateMassProperties(UInt32 mask)
 {
   const Real mass = calculateMass();
-  if (!(mass > 0)) return;
+  if (!(mass > 0) || !std::isfinite(mass)) return;
   if (mask & MassProperties::CM_OFFSET) m_cmFrame->setLocalTranslate(calculateCenterOfMassOffset());
   const Real newMass = mask & MassProperties::MASS ? mass : m_massProperties.getMass();
   const SPDMatrix3x3 inertia = mask & MassProperties::INERTIA ? calculateInertia() * (newMass / mass)
                                                               : m_massProperties.getInertiaTensor();
-  m_massProperties.write(newMass, inertia);
+  // Thin or vast shapes can have an inertia beyond the range of numbers.
+  if (inertia.isValid() && std::isfinite(inertia.determinant())) m_massProperties.write(newMass, inertia);
 }
 
 namespace {

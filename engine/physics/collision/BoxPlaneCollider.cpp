@@ -14,9 +14,9 @@ namespace {
 
 struct Corner
 {
-  btScalar height; // above the plane
+  btScalar height = 0; // above the plane
   btVector3 position;
-  int number;
+  int number = 0;
 };
 
 /// The corners of the box, the lowest first.

@@ -10,11 +10,11 @@ class Geometry;
 struct ContactRows
 {
   kel::ref_ptr<kelData::EntityStorage> storage;
-  Geometry** geometry1;
-  Geometry** geometry2;
-  const ContactPoint** points; ///< the first of them, in the space
-  kel::UInt32* numPoints;
-  bool* enabled;
+  Geometry** geometry1 = nullptr;
+  Geometry** geometry2 = nullptr;
+  const ContactPoint** points = nullptr; ///< the first of them, in the space
+  kel::UInt32* numPoints = nullptr;
+  bool* enabled = nullptr;
 
   static const ContactRows& instance();
 
@@ -26,16 +26,16 @@ private:
 struct ContactPointRows
 {
   kel::ref_ptr<kelData::EntityStorage> storage;
-  kel::Vec3* point;   ///< m
-  kel::Vec3f* normal; ///< from the second geometry to the first
-  kel::Vec3f* tangentU;
-  kel::Vec3f* tangentV;
-  kel::Vec3f* velocity;  ///< m/s, of the surfaces
-  kel::Vec3* localForce; ///< N, along the normal, u and v
-  kel::Vec3* impulse;    ///< N s, the same; before the solution where it starts
-  kel::Real* depth;      ///< m
-  bool* enabled;
-  void** source; ///< the detector's point
+  kel::Vec3* point = nullptr;   ///< m
+  kel::Vec3f* normal = nullptr; ///< from the second geometry to the first
+  kel::Vec3f* tangentU = nullptr;
+  kel::Vec3f* tangentV = nullptr;
+  kel::Vec3f* velocity = nullptr;  ///< m/s, of the surfaces
+  kel::Vec3* localForce = nullptr; ///< N, along the normal, u and v
+  kel::Vec3* impulse = nullptr;    ///< N s, the same; before the solution where it starts
+  kel::Real* depth = nullptr;      ///< m
+  bool* enabled = nullptr;
+  void** source = nullptr; ///< the detector's point
 
   static const ContactPointRows& instance();
 

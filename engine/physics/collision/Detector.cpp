@@ -1,6 +1,7 @@
 #include "collision/Detector.h"
 #include "collision/ContactRows.h"
 #include "collision/GeometryRows.h"
+#include "kel/Logger.h"
 #include "kel/RigidBody.h"
 #include <BulletCollision/BroadphaseCollision/btAxisSweep3.h>
 #include <algorithm>
@@ -44,6 +45,23 @@ void makeTangents(const Vec3& n, Vec3& u, Vec3& v)
   v = cross(n, u);
 }
 
+/// Whether a shape has a form and a place. What a script has sent out of all bounds would touch everything.
+bool canPlace(const Shape& shape, const BulletShape& form)
+{
+  const kel::AffineMatrix4x4& place = shape.getTransform();
+  kel::Real sum = 0;
+  for (std::size_t row = 0; row < 4; ++row)
+    for (std::size_t column = 0; column < 3; ++column) sum += 0 * place(row, column);
+  return form.whole && sum == 0; // 0 times what is not finite is a NaN
+}
+
+void warnOfLoss(const Geometry& geometry)
+{
+  const kel::RigidBody* body = geometry.getRigidBody();
+  kel::logWarning("Geometry '" + geometry.getName() + (body ? "' of body '" + body->getName() : "") +
+                  "' collides with nothing: its size or its place is no finite number.");
+}
+
 Vec3 surfaceVelocity(const Geometry& geometry)
 {
   return geometry.getTransform().transformVector(Vec3(geometry.getSurfaceVelocity()));
@@ -76,7 +94,12 @@ void Space::Detector::insert(Geometry& geometry, Item& item)
   item.shapeChanges = geometry.m_shapeChanges;
   item.shapeModifiedCount = shape ? shape->getModifiedCount() : 0;
   geometry.m_placeChanged = false;
-  if (!item.shape.whole) return;
+  geometry.updateBoundingVolume();
+  if (!shape) return;
+  if (!canPlace(*shape, item.shape)) {
+    if (!shape->isGroup() || item.shape.whole) warnOfLoss(geometry);
+    return;
+  }
   item.object.setCollisionShape(item.shape.whole);
   item.object.setWorldTransform(toBullet(shape->getTransform()));
   item.object.setUserPointer(&geometry);
@@ -97,13 +120,19 @@ void Space::Detector::refresh(Geometry& geometry)
 {
   Item& item = m_items.at(geometry.m_spaceOrder);
   const Shape* shape = geometry.getShape();
+  const bool isPlaced = item.object.getBroadphaseHandle();
   if (geometry.m_shapeChanges != item.shapeChanges ||
       (shape && shape->getModifiedCount() != item.shapeModifiedCount)) {
     insert(geometry, item);
-  } else if (geometry.m_placeChanged && item.shape.whole) {
+  } else if (shape && geometry.m_placeChanged) {
     geometry.m_placeChanged = false;
-    item.object.setWorldTransform(toBullet(shape->getTransform()));
-    m_world.updateSingleAabb(&item.object);
+    geometry.updateBoundingVolume();
+    if (canPlace(*shape, item.shape) != isPlaced) {
+      insert(geometry, item);
+    } else if (isPlaced) {
+      item.object.setWorldTransform(toBullet(shape->getTransform()));
+      m_world.updateSingleAabb(&item.object);
+    }
   }
 }
 

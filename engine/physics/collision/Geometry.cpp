@@ -1,5 +1,6 @@
 #include "kelCollide/Geometry.h"
 #include "collision/GeometryRows.h"
+#include "kel/RigidBody.h"
 #include "kelCollide/ShapeGroup.h"
 #include "kelCollide/Space.h"
 
@@ -142,6 +143,7 @@ void Geometry::shapeChanged()
 {
   ++m_shapeChanges;
   moved();
+  if (m_rigidBody) m_rigidBody->updateMassProperties(m_rigidBody->getMassProperties()->getAutoGenerateMask());
 }
 
 } // namespace kelCollide

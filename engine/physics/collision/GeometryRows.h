@@ -18,10 +18,10 @@ struct GeometryRows
   };
 
   kel::ref_ptr<kelData::EntityStorage> storage;
-  kel::AffineMatrix4x4* transform; ///< to the world
-  kel::Vec3f* surfaceVelocity;     ///< m/s, in the geometry's frame
-  BoundingAABB* bound;             ///< in the world
-  kel::UInt32* flags;
+  kel::AffineMatrix4x4* transform = nullptr; ///< to the world
+  kel::Vec3f* surfaceVelocity = nullptr;     ///< m/s, in the geometry's frame
+  BoundingAABB* bound = nullptr;             ///< in the world
+  kel::UInt32* flags = nullptr;
 
   static const GeometryRows& instance();
 

@@ -49,11 +49,10 @@ void Shape::modified()
 
 bool ShapeGroup::addChild(Shape* child, const AffineMatrix4x4& transform)
 {
-  const kel::ref_ptr<Shape> keep(child);
   if (!child || child->m_geometry || child->m_parent) return false;
   for (const Shape* shape = this; shape; shape = shape->m_parent)
     if (shape == child) return false;
-  m_children.push_back(keep);
+  m_children.emplace_back(child);
   m_transforms.push_back(transform);
   child->m_parent = this;
   child->setGeometry(getGeometry());

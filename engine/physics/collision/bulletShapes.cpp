@@ -7,26 +7,34 @@
 #include <BulletCollision/CollisionShapes/btCompoundShape.h>
 #include <BulletCollision/CollisionShapes/btSphereShape.h>
 #include <BulletCollision/CollisionShapes/btStaticPlaneShape.h>
+#include <cmath>
 
 namespace kelCollide {
 
 namespace {
 constexpr btScalar MARGIN = 1e-4; // m; the library's own 0.04 rounds edges and corners that much
 
+bool isSize(kel::Real length) { return length >= 0 && std::isfinite(length); }
+
+/// Null for a shape that has no sound size.
 std::unique_ptr<btCollisionShape> makePrimitive(const Shape& shape)
 {
   switch (shape.getType()) {
   case Shape::BOX: {
-    auto box = std::make_unique<btBoxShape>(toBullet(static_cast<const Box&>(shape).getHalfExtents()));
+    const kel::Vec3& size = static_cast<const Box&>(shape).getHalfExtents();
+    if (!isSize(size.x()) || !isSize(size.y()) || !isSize(size.z())) return nullptr;
+    auto box = std::make_unique<btBoxShape>(toBullet(size));
     box->setMargin(MARGIN);
     return box;
   }
-  case Shape::SPHERE:
-    return std::make_unique<btSphereShape>(static_cast<const Sphere&>(shape).getRadius());
+  case Shape::SPHERE: {
+    const kel::Real radius = static_cast<const Sphere&>(shape).getRadius();
+    return isSize(radius) ? std::make_unique<btSphereShape>(radius) : nullptr;
+  }
   case Shape::PLANE: {
     const auto& plane = static_cast<const Plane&>(shape);
     const kel::Real length = plane.getNormal().length();
-    if (!(length > 0)) return nullptr;
+    if (!(length > 0) || !std::isfinite(length) || !std::isfinite(plane.getDistance())) return nullptr;
     return std::make_unique<btStaticPlaneShape>(toBullet(plane.getNormal() / length),
                                                 -plane.getDistance() / length);
   }

@@ -74,7 +74,9 @@ void DynamicsSystem::setTimeGovernor(TimeGovernor* governor)
 void DynamicsSystem::stepForward()
 {
   const Real timeStep = m_timeGovernor->getTimeStep();
-  for (const auto& interaction : m_interactions) interaction->updateForce(this);
+  if (!(timeStep > 0)) return;
+  const auto interactions = m_interactions; // they may add and remove each other
+  for (const auto& interaction : interactions) interaction->updateForce(this);
   m_solver->solve(*this, timeStep);
 
   const BodyRows& rows = BodyRows::instance();

@@ -103,8 +103,9 @@ bool Simulation::remove(kel::ContactMaterial* material)
 
 bool Simulation::remove(kel::RigidBody* body, bool removeGeometries)
 {
+  if (!m_system || !body || body->getSystem() != m_system.get()) return false;
   const kel::ref_ptr<kel::RigidBody> keep(body);
-  if (!m_system || !m_system->remove(body)) return false;
+  m_system->remove(body);
   if (removeGeometries && m_space)
     for (const auto& geometry : body->getGeometries()) m_space->remove(geometry.get());
   return true;
@@ -169,9 +170,13 @@ Real Simulation::stepTo(Real time)
 {
   const KeepAlive keep(*this);
   const FlagGuard steppingTo(m_steppingTo);
-  // A clock that has added up its steps may miss the time by rounding.
-  while (m_steppingTo && !m_stepping && getTimeStep() > 0 && getTimeStamp() < time - 1e-6 * getTimeStep())
-    stepForward();
+  // A clock that has added up its steps may miss the time by rounding. Far from 0 a step may not move it at
+  // all.
+  const auto isDue = [&] {
+    const Real now = getTimeStamp();
+    return now < time - 1e-6 * getTimeStep() && now + getTimeStep() > now;
+  };
+  while (m_steppingTo && !m_stepping && isDue()) stepForward();
   return getTimeStamp();
 }
 

@@ -16,12 +16,11 @@ RigidBody* Constraint::getBodyAt(std::size_t index) const
 
 bool Constraint::addElementaryConstraint(const Name& name, ElementaryConstraint* constraint)
 {
-  const ref_ptr<ElementaryConstraint> keep(constraint);
   if (!constraint) return false;
   for (const auto& other : m_elementary)
     if (other == constraint || other->getName() == name.str()) return false;
   constraint->setName(name);
-  m_elementary.push_back(keep);
+  m_elementary.emplace_back(constraint);
   return true;
 }
 

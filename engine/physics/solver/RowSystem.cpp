@@ -45,10 +45,9 @@ void RowSystem::scale(const ConstraintRow& row, const Index (&body)[2], Real tim
   for (std::size_t side = 0; side < 2; ++side) {
     const SolverBody& b = m_bodies[body[side]];
     b.scaleRow(row.linear[side], row.angular[side], j[side]);
-    const Real(&v)[6] = b.oldVelocity;
-    const Real speed = row.linear[side] * Vec3(v[0], v[1], v[2]) + row.angular[side] * Vec3(v[3], v[4], v[5]);
-    oldSpeed += speed;
-    if (!b.isMovable()) imposedSpeed += speed;
+    const Real bodySpeed = b.oldSpeedAlong(row.linear[side], row.angular[side]);
+    oldSpeed += bodySpeed;
+    if (!b.isMovable()) imposedSpeed += bodySpeed;
   }
   switch (row.form) {
   case ConstraintRow::AVERAGED: {

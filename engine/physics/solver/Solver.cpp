@@ -81,6 +81,8 @@ Index Solver::Step::movableIndexOf(const RigidBody* body) const
   return m_bodies[index].isMovable() ? index : 0;
 }
 
+bool Solver::Step::isFinite(const RigidBody* body) const { return m_bodies[indexOf(body)].isFinite; }
+
 void Solver::Step::findIslands()
 {
   m_islands.reset(m_bodies.size());
@@ -98,6 +100,7 @@ void Solver::Step::findIslands()
     for (const GeometryContact& contact : space->getGeometryContacts()) {
       if (!contact.isEnabled() || contact.geometry(0)->isSensor() || contact.geometry(1)->isSensor())
         continue;
+      if (!isFinite(contact.rigidBody(0)) || !isFinite(contact.rigidBody(1))) continue;
       const Index node1 = movableIndexOf(contact.rigidBody(0));
       const Index node2 = movableIndexOf(contact.rigidBody(1));
       if (!node1 && !node2) continue;
@@ -173,15 +176,6 @@ void Solver::Step::addContactPoint(Index pointRow, const RigidBody* const (&bodi
     row.angular[1] = -cross(arms[1], direction);
     return row;
   };
-  const auto oldSpeed = [&](const ConstraintRow& row) {
-    Real speed = 0;
-    for (std::size_t side = 0; side < 2; ++side) {
-      const Real(&v)[6] = m_bodies[indices[side]].oldVelocity;
-      speed += row.linear[side] * Vec3(v[0], v[1], v[2]) + row.angular[side] * Vec3(v[3], v[4], v[5]);
-    }
-    return speed;
-  };
-
   ConstraintRow normal = makeRow(Vec3(points.normal[pointRow]).normal());
   const Real depth = points.depth[pointRow];
   normal.form = ConstraintRow::BACKWARD;
@@ -190,16 +184,7 @@ void Solver::Step::addContactPoint(Index pointRow, const RigidBody* const (&bodi
   // Surfaces that only come near each other may touch at the end of the step, not before.
   normal.damping = depth > 0 ? CONTACT_DAMPING_STEPS * m_timeStep : 0;
   normal.lowerForce = 0;
-  if (restitution > 0) {
-    const Real speed = oldSpeed(normal);
-    const bool meets = depth >= 0 || speed * m_timeStep < depth;
-    const Real bounce = -restitution * speed;
-    if (meets && -speed > m_solver->getImpactSpeedThreshold() &&
-        bounce > depth / (m_timeStep + normal.damping)) {
-      normal.form = ConstraintRow::NON_HOLONOMIC;
-      normal.target = bounce;
-    }
-  }
+  if (restitution > 0) applyRestitution(normal, indices, depth, restitution);
   const Vec3 impulse = points.impulse[pointRow] * WARM_START;
   PointTarget target = {m_rows.add(normal, indices[0], indices[1], m_timeStep, impulse.x()), 0, pointRow};
 
@@ -214,6 +199,20 @@ void Solver::Step::addContactPoint(Index pointRow, const RigidBody* const (&bodi
   target.friction = m_rows.addFriction(tangents[0], tangents[1], indices[0], indices[1], m_timeStep,
                                        target.normal, friction, impulse.y(), impulse.z());
   m_pointTargets.push_back(target);
+}
+
+void Solver::Step::applyRestitution(ConstraintRow& normal, const Index (&bodies)[2], Real depth,
+                                    Real restitution) const
+{
+  Real speed = 0;
+  for (std::size_t side = 0; side < 2; ++side)
+    speed += m_bodies[bodies[side]].oldSpeedAlong(normal.linear[side], normal.angular[side]);
+  const bool meets = depth >= 0 || speed * m_timeStep < depth;
+  const Real bounce = -restitution * speed;
+  const Real push = depth / (m_timeStep + normal.damping);
+  if (!meets || -speed <= m_solver->getImpactSpeedThreshold() || bounce <= push) return;
+  normal.form = ConstraintRow::NON_HOLONOMIC;
+  normal.target = bounce;
 }
 
 void Solver::Step::storeImpulses()

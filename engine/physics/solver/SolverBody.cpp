@@ -34,14 +34,21 @@ void SolverBody::load(const RigidBody& body, const Vec3& gravity, Real timeStep)
   const Vec3& angularVelocity = body.getAngularVelocity();
   put(oldVelocity, velocity, angularVelocity);
   put(freeVelocity, velocity, angularVelocity);
-  if (body.getMotionControl() != RigidBody::DYNAMICS) return;
+  if (body.getMotionControl() == RigidBody::DYNAMICS) loadForces(body, gravity, timeStep);
+  const Vec3 factors = Vec3(linearFactor + angularFactor[0][0], angularFactor[1][1], angularFactor[2][2]);
+  const Real* v = freeVelocity;
+  const Vec3 sum = body.getCmPosition() + factors + Vec3(v[0] + v[3], v[1] + v[4], v[2] + v[5]);
+  isFinite = std::isfinite(sum.x() + sum.y() + sum.z());
+}
 
+void SolverBody::loadForces(const RigidBody& body, const Vec3& gravity, Real timeStep)
+{
   const MassProperties& mass = *body.getMassProperties();
   const AffineMatrix4x4& cm = body.getCmTransform();
   const SPDMatrix3x3& inverseInertia = mass.getInvInertiaTensor();
   const Vec3 spin = cm.transformVector(inverseInertia * cm.transform3x3Inv(body.getTorque()));
-  put(freeVelocity, velocity + (gravity + body.getForce() * mass.getInvMass()) * timeStep,
-      angularVelocity + spin * timeStep);
+  put(freeVelocity, body.getVelocity() + (gravity + body.getForce() * mass.getInvMass()) * timeStep,
+      body.getAngularVelocity() + spin * timeStep);
 
   linearFactor = std::sqrt(mass.getInvMass());
   Real local[3][3];

@@ -14,15 +14,25 @@ struct SolverBody
   Real freeVelocity[6] = {}; ///< after forces alone
   Real linearFactor = 0;     ///< sqrt(1/mass); 0 for what impulses do not move
   Real angularFactor[3][3] = {};
+  bool isFinite = true; ///< place, velocities and factors
 
   bool isMovable() const { return linearFactor > 0; }
   /// Starts a movable body, or one that moves whatever happens.
   void load(const RigidBody& body, const Vec3& gravity, Real timeStep);
+  /// Velocity before the step along a Jacobian.
+  Real oldSpeedAlong(const Vec3& linear, const Vec3& angular) const
+  {
+    const Real(&v)[6] = oldVelocity;
+    return linear * Vec3(v[0], v[1], v[2]) + angular * Vec3(v[3], v[4], v[5]);
+  }
   /// Scaled form of the free velocity, and unscaled form of a velocity.
   void scaleFreeVelocity(Real (&scaled)[6]) const;
   void unscale(const Real (&scaled)[6], Vec3& velocity, Vec3& angularVelocity) const;
   /// Scaled form of a Jacobian.
   void scaleRow(const Vec3& linear, const Vec3& angular, Real (&row)[6]) const;
+
+private:
+  void loadForces(const RigidBody& body, const Vec3& gravity, Real timeStep);
 };
 
 } // namespace kel

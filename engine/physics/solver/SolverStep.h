@@ -39,12 +39,16 @@ private:
   void addConstraint(const Constraint& constraint);
   void addContact(const kelCollide::GeometryContact& contact);
   void addContactPoint(Index pointRow, const RigidBody* const (&bodies)[2], Real friction, Real restitution);
+  /// Makes the row of a contact's normal bounce, if the surfaces meet fast enough.
+  void applyRestitution(ConstraintRow& normal, const Index (&bodies)[2], Real depth, Real restitution) const;
   void storeImpulses();
   void storeVelocities();
   /// Number of a body among the solver's: 0 for one that does not move.
   Index indexOf(const RigidBody* body) const;
   /// The same, 0 also for one that impulses do not move.
   Index movableIndexOf(const RigidBody* body) const;
+  /// Whether a body may touch others: its numbers would become theirs.
+  bool isFinite(const RigidBody* body) const;
 
   const Solver* m_solver = nullptr;
   DynamicsSystem* m_system = nullptr;

@@ -26,7 +26,7 @@ int tolua_test_Golden_test_Vector_new00_any(lua_State* L, bool local)
   tolua_Error e;
   if (!(wrap::isClass(L, type_test__Vector, &e) && wrap::isNumber(L, 2, &e) && wrap::isEnd(L, 3, &e)))
     wrap::failed(L, "new", &e, "       new(number) -> test::Vector\n       new(numberarray) -> test::Vector");
-  wrap::pushNew(L, new test::Vector(wrap::number<double>(L, 2)), type_test__Vector, local);
+  wrap::construct<test::Vector>(L, type_test__Vector, local, wrap::number<double>(L, 2));
   return 1;
 }
 int tolua_test_Golden_test_Vector_new00(lua_State* L) { return tolua_test_Golden_test_Vector_new00_any(L, false); }
@@ -35,9 +35,9 @@ int tolua_test_Golden_test_Vector_new00_local(lua_State* L) { return tolua_test_
 int tolua_test_Golden_test_Vector_new01_any(lua_State* L, bool local)
 {
   tolua_Error e;
-  if (!(wrap::isClass(L, type_test__Vector, &e) && wrap::isTable(L, 2, &e) && wrap::isEnd(L, 3, &e) && wrap::isNumberArray(L, 2, 3, &e)))
+  if (!(wrap::isClass(L, type_test__Vector, &e) && wrap::isEnd(L, 3, &e) && wrap::isTable(L, 2, &e) && wrap::isNumberArray(L, 2, 3, &e)))
     return tolua_test_Golden_test_Vector_new00_any(L, local);
-  wrap::pushNew(L, new test::Vector(wrap::NumberArray<float, 3>(L, 2).values), type_test__Vector, local);
+  wrap::construct<test::Vector>(L, type_test__Vector, local, wrap::NumberArray<float, 3>(L, 2).values);
   return 1;
 }
 int tolua_test_Golden_test_Vector_new01(lua_State* L) { return tolua_test_Golden_test_Vector_new01_any(L, false); }
@@ -76,7 +76,7 @@ void tolua_test_Golden_test_Vector_set01_body([[maybe_unused]] test::Vector* sel
 int tolua_test_Golden_test_Vector_set01(lua_State* L)
 {
   tolua_Error e;
-  if (!(wrap::isSelf(L, type_test__Vector, &e) && wrap::isNumber(L, 2, &e) && wrap::optNumber(L, 3, &e) && wrap::isEnd(L, 4, &e)))
+  if (!(wrap::isEnd(L, 4, &e) && wrap::isSelf(L, type_test__Vector, &e) && wrap::isNumber(L, 2, &e) && wrap::optNumber(L, 3, &e)))
     return tolua_test_Golden_test_Vector_set00(L);
   auto* self = wrap::self<test::Vector>(L, "set");
   tolua_test_Golden_test_Vector_set01_body(self, wrap::number<double>(L, 2), wrap::number<unsigned int>(L, 3, static_cast<unsigned int>(0)));
@@ -155,7 +155,7 @@ int tolua_test_Golden_test_Body_new00_any(lua_State* L, bool local)
   if (!(wrap::isClass(L, type_test__Body, &e) && wrap::isString(L, 2, &e) && wrap::isEnd(L, 3, &e)))
     wrap::failed(L, "new", &e, "       new(string) -> test::Body, string");
   std::string a2 = wrap::string(L, 2);
-  wrap::pushNew(L, new test::Body(a2), type_test__Body, local);
+  wrap::construct<test::Body>(L, type_test__Body, local, a2);
   wrap::pushString(L, a2);
   return 2;
 }
@@ -195,7 +195,7 @@ int tolua_test_Golden_test_Body_position00(lua_State* L)
 int tolua_test_Golden_test_Body_position01(lua_State* L)
 {
   tolua_Error e;
-  if (!(wrap::isSelf(L, type_const_test__Body, &e) && wrap::isEnd(L, 2, &e)))
+  if (!(wrap::isEnd(L, 2, &e) && wrap::isSelf(L, type_const_test__Body, &e)))
     return tolua_test_Golden_test_Body_position00(L);
   auto* self = wrap::self<const test::Body>(L, "position");
   wrap::pushMember<test::Vector>(L, &(self->position()), type_const_test__Vector);

@@ -52,7 +52,7 @@ return {
          ["name"] = "value"
         }
        },
-       ["call"] = "new test::Vector",
+       ["call"] = "new",
        ["cname"] = "tolua_test_Golden_test_Vector_new",
        ["constructor"] = true,
        ["doc"] = {
@@ -82,7 +82,7 @@ return {
          ["name"] = "v"
         }
        },
-       ["call"] = "new test::Vector",
+       ["call"] = "new",
        ["cname"] = "tolua_test_Golden_test_Vector_new",
        ["constructor"] = true,
        ["doc"] = {},
@@ -387,7 +387,7 @@ return {
          ["name"] = "name"
         }
        },
-       ["call"] = "new test::Body",
+       ["call"] = "new",
        ["cname"] = "tolua_test_Golden_test_Body_new",
        ["constructor"] = true,
        ["doc"] = {

@@ -24,7 +24,8 @@ function C.guard(t, n)
   return "wrap::"..form.."(L, "..n..(t.typeString and ", "..record(t.typeString) or "")..", &e)"
 end
 
--- the whole chain of a function; notes each argument's stack index in it
+-- The whole chain of a function; notes each argument's stack index in it. The lowest overload tests from left to right,
+-- as its failure is the one that is reported; the others begin with the number of arguments, the cheapest test.
 function C.guards(f)
   local list, last, n = {}, {}, 1
   if f.self == "class" then list[1] = "wrap::isClass(L, "..record(f.class.type)..", &e)"
@@ -40,7 +41,9 @@ function C.guards(f)
     else list[#list + 1] = C.guard(argument, n) end
     n = n + 1
   end
-  list[#list + 1] = "wrap::isEnd(L, "..n..", &e)"
+  local isEnd = "wrap::isEnd(L, "..n..", &e)"
+  if f.number == 0 then list[#list + 1] = isEnd
+  else table.insert(list, f.self == "class" and 2 or 1, isEnd) end
   for _, guard in ipairs(last) do list[#list + 1] = guard end
   return table.concat(list, " && ")
 end

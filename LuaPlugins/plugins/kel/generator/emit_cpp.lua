@@ -120,6 +120,11 @@ local function pushObject(t, expression, member)
   return "wrap::"..(member and "pushMember" or "pushObject").."<"..t.cpp..">(L, "..address..", "..type..");"
 end
 
+local function construct(f, actual)
+  local list = T.each({"L", record(f.class.type), "local", table.concat(actual, ", ")}, ", ", function(text) return text end)
+  return "wrap::construct<"..f.class.type..">("..list..");"
+end
+
 local function pushResult(f, call)
   if f.constructor then return "wrap::pushNew(L, "..call..", "..record(f.class.type)..", local);" end
   if f.result.kind == "void" then return call..";" end
@@ -165,7 +170,7 @@ local function wrapper(f)
     actual[#actual + 1] = value
   end
   local results = (f.result.kind == "void" and 0 or 1) + #extra
-  local call = pushResult(f, callText(f, actual))
+  local call = f.constructor and not f.body and construct(f, actual) or pushResult(f, callText(f, actual))
   if f.bounded then call = T.fill(BOUNDED, {call = call}) end
   return T.fill(WRAPPER, {
     body = bodyFunction(f),

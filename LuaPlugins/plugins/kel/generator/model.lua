@@ -83,7 +83,6 @@ end
 
 local function callee(f, parsed, class)
   if f.body then return f.cname..string.format("%02d", f.number).."_body" end
-  if f.constructor then return "new "..class.type end
   if parsed.cast_operator then return "operator "..(f.result.const and "const " or "")..f.result.cpp end
   if class and f.static then return class.type.."::"..parsed.name end
   return parsed.name
