@@ -32,10 +32,10 @@ print(kelNothing, string.fromat, arg[1], string.format, box.anything)]])
     local run = check(path)
     assert.equal(1, run.status)
     local expected = {
-      "2:44: accessing undefined field 'Box.BOXX' of global 'kelCollide'",
-      "2:65: accessing undefined field 'Vec9' of global 'kel'",
+      "2:27: accessing undefined field 'Box.BOXX' of global 'kelCollide'",
+      "2:62: accessing undefined field 'Vec9' of global 'kel'",
       "3:7: accessing undefined variable 'kelNothing'",
-      "3:26: accessing undefined field 'fromat' of global 'string'",
+      "3:19: accessing undefined field 'fromat' of global 'string'",
     }
     for i, line in ipairs(expected) do expected[i] = path .. ":" .. line .. "\n" end
     assert.equal(table.concat(expected), run.out)
