@@ -93,7 +93,9 @@ describe("a script that fails", function()
       "local c = coroutine.create(function() coroutine.wrap(function() while true do end end)() end)\n" ..
         "coroutine.resume(c) while true do end",
     }) do
-      local run = shell.run(("timeout -k 5 --preserve-status -s INT 1 %s %s"):format(shell.program, script(endless)))
+      -- A loop that LuaJIT has compiled looks for nothing.
+      local path = script("if jit then jit.off() end " .. endless)
+      local run = shell.run(("timeout -k 5 --preserve-status -s INT 1 %s %s"):format(shell.program, path))
       assert.equal(130, run.status, endless)
       assert.truthy(run.err:find("interrupted", 1, true), run.err)
     end
