@@ -3,7 +3,7 @@
 struct lua_State;
 
 /// While it lives, Ctrl-C stops the script in a state with the error "interrupted". A second Ctrl-C ends the
-/// process at once, for a script that is stuck in a long engine call.
+/// process at once, for a script that is stuck in a long engine call or in a loop that LuaJIT has compiled.
 class Interrupt
 {
 public:

@@ -13,11 +13,14 @@ const std::map<std::string, kel::Notify::NotifyLevel> logLevels = {{"debug", kel
                                                                    {"warning", kel::Notify::NOTIFY_WARNING},
                                                                    {"error", kel::Notify::NOTIFY_ERROR}};
 
-/// The words behind the options: the script, unless a chunk takes its place, and its arguments.
+/// The words behind the options: files to check, or the script, unless a chunk takes its place, and its
+/// arguments.
 void splitWords(const std::vector<std::string>& words, Options& options)
 {
   auto first = words.begin();
-  if (!options.chunk) {
+  if (options.check) {
+    if (words.empty()) throw CLI::RequiredError("A file to check");
+  } else if (!options.chunk) {
     if (first != words.end())
       options.script = *first++;
     else if (!isatty(STDIN_FILENO))
@@ -39,7 +42,11 @@ std::optional<Options> readOptions(int argc, char** argv, int& status)
 
   CLI::App app("Runs a Lua script in the kel multibody dynamics engine.", "kel");
   app.set_version_flag("--version", kelGetLibraryName() + std::string(" ") + kelGetVersion(true));
-  app.add_option("-e", chunk, "Run this Lua code in place of a script")->type_name("CHUNK");
+  CLI::Option* code =
+      app.add_option("-e", chunk, "Run this Lua code in place of a script")->type_name("CHUNK");
+  app.add_flag("--check", options.check,
+               "Check the syntax and the names of the files that follow, run nothing")
+      ->excludes(code);
   app.add_option("--log-level", logLevel, "Least severe messages to show (default: warning)")
       ->check(CLI::IsMember(logLevels).description(""))
       ->type_name("debug|info|warning|error");

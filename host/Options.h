@@ -8,6 +8,7 @@
 struct Options
 {
   bool interactive = false;           ///< A dialogue on the terminal in place of a script.
+  bool check = false;                 ///< Check the files in `arguments` in place of running a script.
   std::optional<std::string> chunk;   ///< Lua code to run in place of a script.
   std::string script;                 ///< The script's file, "-" for standard input, empty with a chunk.
   std::vector<std::string> arguments; ///< What the script gets in `arg`.

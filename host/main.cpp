@@ -1,3 +1,4 @@
+#include "Check.h"
 #include "Options.h"
 #include "ScriptRunner.h"
 #include "Terminal.h"
@@ -33,6 +34,8 @@ int main(int argc, char** argv)
 
   if (options->interactive)
     runRepl(L);
+  else if (options->check)
+    status = checkScripts(L, options->arguments);
   else
     status = runScript(L, *options);
   manager->closeState();
