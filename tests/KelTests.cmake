@@ -22,5 +22,5 @@ function(kel_lua_test name host spec)
   add_test(NAME ${name} COMMAND ${host} ${PROJECT_SOURCE_DIR}/tests/busted.lua -o TAP ${spec}
            WORKING_DIRECTORY ${PROJECT_SOURCE_DIR})
   set_tests_properties(${name} PROPERTIES LABELS quick TIMEOUT 600
-                       ENVIRONMENT "KEL=$<TARGET_FILE:${host}>;KEL_LIB=${CMAKE_LIBRARY_OUTPUT_DIRECTORY}")
+                       ENVIRONMENT "KEL=$<TARGET_FILE:${host}>;KEL_LIB=${CMAKE_LIBRARY_OUTPUT_DIRECTORY};ASAN_OPTIONS=quarantine_size_mb=8")
 endfunction()

@@ -53,7 +53,8 @@ describe("every function", function()
 
   it("says that self is invalid, or reports on the arguments", function()
     for _, f in ipairs(functions) do
-      local ok, text = pcall(f.call, nil)
+      local ok, text = true, nil
+      if f.name ~= "new" then ok, text = pcall(f.call, nil) end -- its twin does the same, and owns what it makes
       if not ok then
         startsWell(text, f.path .. "." .. f.name, ("error in function '%s'."):format(reported(f)), "invalid 'self' in function '")
       end
@@ -65,7 +66,11 @@ describe("every function", function()
                      kel.Vec3(1, 2, 3), kel.Vec3f(1), kel.Quat(), kel.RigidBody(), kelCollide.Box(1, 1, 1), kel.Vec3, kel }
     local count = 21
     math.randomseed(7)
-    local avoided = { stepTo = "a huge time takes forever" }
+    local avoided = {
+      stepTo = "a huge time takes forever",
+      new = "makes objects that nobody owns; new_local takes the same arguments",
+      reference = "takes references that nobody gives back",
+    }
     for _, f in ipairs(functions) do
       if not avoided[f.name] then
         for _ = 1, 40 do

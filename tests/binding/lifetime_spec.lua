@@ -63,10 +63,11 @@ describe("ownership", function()
     assert.is_true(body:getReferenceCount() > 1)
     sim:remove(body)
     assert.equal(1, body:getReferenceCount())
-    assert.equal(0, kel.RigidBody:new():getReferenceCount())
     local unowned = kel.RigidBody:new()
+    assert.equal(0, unowned:getReferenceCount())
     assert.is_false(sim:remove(unowned))
     assert.equal(0, unowned:getReferenceCount())
+    sim:add(unowned) -- which owns it from now on
   end)
 
   it("ends at collection", function()
