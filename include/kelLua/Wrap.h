@@ -342,8 +342,10 @@ template <class T> int destroy(lua_State* L)
 }
 
 /// The text for `tostring` of a class: its namespace's `toString`.
-template <class T> int printed(lua_State* L)
+template <class T, Type& type> int printed(lua_State* L)
 {
+  tolua_Error failure;
+  if (!isSelf(L, type, &failure)) failed(L, "tostring", &failure, nullptr);
   pushString(L, toString(*self<const T>(L, "tostring")));
   return 1;
 }

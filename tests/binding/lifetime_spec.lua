@@ -145,6 +145,12 @@ describe("views", function()
 end)
 
 describe("odd values", function()
+  it("are not printed as what they are not", function()
+    local print3 = kel.Vec3[".tostring"]
+    assert.equal("Vec3(1, 2, 3)", print3(kel.Vec3(1, 2, 3)))
+    assert.error_matches(function() print3(kel.Vec2(1, 2)) end, "error in function 'tostring'")
+  end)
+
   it("are no objects", function()
     for _, odd in ipairs({ newproxy(), io.stdout, 1, {} }) do assert.is_nil(tolua.cast(odd, "kel::Vec3")) end
     assert.error_matches(function() tolua.setpeer(kel.Vec3(), 5) end, "bad argument #2")

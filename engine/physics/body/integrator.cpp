@@ -28,10 +28,10 @@ void integrate(RigidBody& body, Real timeStep)
   Vec3 angularVelocity = body.getAngularVelocity();
   const bool turns = angularVelocity.length2() > 0;
   if (turns && body.getMotionControl() == RigidBody::DYNAMICS) {
-    // The midpoint rule keeps the energy of a free body; two rounds find the midpoint well enough.
+    // The midpoint rule keeps the energy of a free body; a few rounds find the midpoint.
     const SPDMatrix3x3& inverseInertia = body.getMassProperties()->getInvInertiaTensor();
     const Vec3 momentum = body.getAngularMomentum();
-    for (int round = 0; round < 2; ++round)
+    for (int round = 0; round < 5; ++round)
       angularVelocity =
           angularVelocityOf(inverseInertia, turned(rotation, angularVelocity, timeStep / 2), momentum);
     const Quat newRotation = turned(rotation, angularVelocity, timeStep);

@@ -258,7 +258,7 @@ const wrap::TypeEntry TYPES[] = {
 const wrap::Entry MEMBERS[] = {
     wrap::module("test", false),
     wrap::klass("Vector", "test::Vector", "", tolua_collect_test__Vector),
-    wrap::function(".tostring", wrap::printed<test::Vector>),
+    wrap::function(".tostring", wrap::printed<test::Vector, type_const_test__Vector>),
     wrap::constant("X", 0),
     wrap::constant("Y", 1),
     wrap::constant("UP", 2),

@@ -261,7 +261,7 @@ local function completenessChecks(package)
 end
 
 local function printer(class)
-  return class.printed and 'wrap::function(".tostring", wrap::printed<'..class.type..">)," or ""
+  return class.printed and 'wrap::function(".tostring", wrap::printed<'..class.type..", "..record("const "..class.type)..">)," or ""
 end
 
 local members
