@@ -37,7 +37,7 @@ configure() {
 build() {
   local dir=build/$1
   shift
-  if ninja -C "$dir" -n "$@" | grep -q 'no work to do'; then return; fi
-  say "building $dir (the first time takes some minutes)"
-  cmake --build "$dir" -j "${KEL_JOBS:-$(nproc)}" ${1:+--target "$@"} >&2 || die "the build failed"
+  [ -d "$dir/bin" ] || say "building $dir (the first time takes some minutes)"
+  ninja -C "$dir" -j "${KEL_JOBS:-$(nproc)}" "$@" | { grep -vE 'Entering directory|Re-checking globbed|no work to do' || true; } >&2 ||
+    die "the build failed"
 }
