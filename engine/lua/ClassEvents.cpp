@@ -1,4 +1,5 @@
 #include "ClassEvents.h"
+#include "HandleState.h"
 #include "toluaFunctions.h"
 #include <cctype>
 #include <cstring>
@@ -76,8 +77,7 @@ bool isElement(lua_State* L)
 
 int objectIndex(lua_State* L)
 {
-  lua_getfenv(L, 1);
-  if (!lua_rawequal(L, -1, TOLUA_NOPEER)) {
+  if (handles::pushOwnTable(L, 1)) {
     lua_pushvalue(L, 2);
     lua_gettable(L, -2);
     if (!lua_isnil(L, -1)) return 1;
@@ -131,9 +131,7 @@ int index(lua_State* L)
 /// Enters key and value into the table that a script sees as the object's own.
 int setPeer(lua_State* L)
 {
-  lua_getfenv(L, 1);
-  if (lua_rawequal(L, -1, TOLUA_NOPEER)) {
-    lua_pop(L, 1);
+  if (!handles::pushOwnTable(L, 1)) {
     lua_newtable(L);
     lua_pushvalue(L, -1);
     lua_setfenv(L, 1);

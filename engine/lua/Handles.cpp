@@ -26,8 +26,10 @@ int newTable(lua_State* L, const char* mode)
 
 int closed(lua_State* L)
 {
-  const void* registry = lua_topointer(L, LUA_REGISTRYINDEX);
-  std::erase_if(s_states, [registry](const auto& state) { return state->registry == registry; });
+  const State* state = find(L);
+  ScriptManager* manager = ScriptManager::instance();
+  if (state && manager && manager->getState() == state->L) manager->setState(nullptr);
+  std::erase_if(s_states, [state](const auto& other) { return other.get() == state; });
   return 0;
 }
 

@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <lua.hpp>
 #include <tolua++.h>
+#include <utility>
 
 namespace kelLua {
 
@@ -63,9 +64,9 @@ void ScriptManager::closeState()
 {
   for (const kel::ref_ptr<ScriptPlugin>& plugin : m_plugins) plugin->close();
   m_plugins.clear();
-  if (m_ownsState) lua_close(m_scriptState);
-  m_ownsState = false;
-  m_scriptState = nullptr;
+  // The closing state comes back here when it is the current one and its owner closes it.
+  lua_State* state = std::exchange(m_scriptState, nullptr);
+  if (std::exchange(m_ownsState, false)) lua_close(state);
 }
 
 bool ScriptManager::loadScriptPlugin(const kel::String& file)

@@ -1,6 +1,6 @@
 #include "kelLua/push.h"
 #include "kelLua/Handles.h"
-#include <tolua++.h>
+#include <lua.hpp>
 
 namespace kelLua {
 

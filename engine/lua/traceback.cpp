@@ -25,10 +25,10 @@ int addTraceback(lua_State* L)
 {
   const std::string text = errorText(L, 1);
   lua_getglobal(L, "debug");
-  if (!lua_istable(L, -1)) return lua_pushlstring(L, text.data(), text.size()), 1;
-  lua_getfield(L, -1, "traceback");
-  if (!lua_isfunction(L, -1)) return lua_pushlstring(L, text.data(), text.size()), 1;
+  if (lua_istable(L, -1)) lua_getfield(L, -1, "traceback");
+  const bool canTrace = lua_isfunction(L, -1); // a script may have hidden it
   lua_pushlstring(L, text.data(), text.size());
+  if (!canTrace) return 1;
   lua_pushinteger(L, 2);
   lua_call(L, 2, 1);
   return 1;

@@ -4,23 +4,6 @@
 
 namespace {
 
-int leaveState(lua_State*)
-{
-  kelLua::ScriptManager::instance()->setState(nullptr);
-  return 0;
-}
-
-/// Lua finalises in the reverse order of creation, so what is made before the classes goes after the objects.
-void leaveAtTheEnd(lua_State* L)
-{
-  lua_newuserdata(L, 1);
-  lua_createtable(L, 0, 1);
-  lua_pushcfunction(L, leaveState);
-  lua_setfield(L, -2, "__gc");
-  lua_setmetatable(L, -2);
-  luaL_ref(L, LUA_REGISTRYINDEX);
-}
-
 bool haveOneRegistry(lua_State* L, lua_State* other)
 {
   return lua_topointer(L, LUA_REGISTRYINDEX) == lua_topointer(other, LUA_REGISTRYINDEX);
@@ -28,7 +11,6 @@ bool haveOneRegistry(lua_State* L, lua_State* other)
 
 void adopt(kelLua::ScriptManager& manager, lua_State* L)
 {
-  leaveAtTheEnd(L);
   lua_pushthread(L);
   luaL_ref(L, LUA_REGISTRYINDEX); // it may be a coroutine, which the manager goes on using
   manager.setState(L);

@@ -40,8 +40,8 @@ public:
   /// Makes a Lua state with the standard libraries and makes it the current one. A current state of the
   /// manager's own is closed first. Returns null when there is no memory.
   lua_State* openState();
-  /// Makes a state of the caller's the current one; the caller closes it. Null leaves the manager without
-  /// one.
+  /// Makes a state of the caller's the current one. The caller closes it, which leaves the manager without
+  /// one, as null does.
   void setState(lua_State* L);
   /// The current state, null if there is none. Adapters keep the state that was current when they were made.
   lua_State* getState() const { return m_scriptState; }

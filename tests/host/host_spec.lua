@@ -95,7 +95,7 @@ describe("a script that fails", function()
     }) do
       -- A loop that LuaJIT has compiled looks for nothing.
       local path = script("if jit then jit.off() end " .. endless)
-      local run = shell.run(("timeout -k 5 --preserve-status -s INT 1 %s %s"):format(shell.program, path))
+      local run = shell.run(("timeout -k 5 --preserve-status -s INT 3 %s %s"):format(shell.program, path))
       assert.equal(130, run.status, endless)
       assert.truthy(run.err:find("interrupted", 1, true), run.err)
     end
