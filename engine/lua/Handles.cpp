@@ -28,7 +28,7 @@ int closed(lua_State* L)
 {
   const State* state = find(L);
   ScriptManager* manager = ScriptManager::instance();
-  if (state && manager && manager->getState() == state->L) manager->setState(nullptr);
+  if (state && manager) manager->stateCloses(state->L);
   std::erase_if(s_states, [state](const auto& other) { return other.get() == state; });
   return 0;
 }

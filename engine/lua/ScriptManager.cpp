@@ -64,9 +64,15 @@ void ScriptManager::closeState()
 {
   for (const kel::ref_ptr<ScriptPlugin>& plugin : m_plugins) plugin->close();
   m_plugins.clear();
-  // The closing state comes back here when it is the current one and its owner closes it.
   lua_State* state = std::exchange(m_scriptState, nullptr);
   if (std::exchange(m_ownsState, false)) lua_close(state);
+}
+
+void ScriptManager::stateCloses(lua_State* L)
+{
+  if (L != m_scriptState) return;
+  m_ownsState = false;
+  closeState();
 }
 
 bool ScriptManager::loadScriptPlugin(const kel::String& file)

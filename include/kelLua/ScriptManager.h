@@ -47,6 +47,8 @@ public:
   lua_State* getState() const { return m_scriptState; }
   /// Tells the plug-ins, then closes the current state if the manager opened it.
   void closeState();
+  /// Called while a state closes: somebody else closes it, a script by `os.exit(status, true)` for one.
+  void stateCloses(lua_State* L);
 
   /// Loads a library and calls its `initPlugin` with this manager. False, with the reason in
   /// `getLastPluginError`, when the file is missing or is no plug-in.

@@ -86,6 +86,12 @@ describe("a script that fails", function()
     fails("kelSDK.Simulation():add('box')", "%.lua:1: error in function 'add'%.")
   end)
 
+  it("may close its state", function()
+    -- Only LuaJIT knows the second argument.
+    local run = shell.run(("%s -e 'body = kel.RigidBody() os.exit(3, true)'"):format(shell.program))
+    assert.equal(3, run.status, run.err)
+  end)
+
   it("is stopped by Ctrl-C, whatever it catches and wherever it runs", function()
     for _, endless in ipairs({
       "while true do pcall(print) end",
@@ -95,7 +101,7 @@ describe("a script that fails", function()
     }) do
       -- A loop that LuaJIT has compiled looks for nothing.
       local path = script("if jit then jit.off() end " .. endless)
-      local run = shell.run(("timeout -k 5 --preserve-status -s INT 3 %s %s"):format(shell.program, path))
+      local run = shell.run(("timeout --foreground -k 5 --preserve-status -s INT 3 %s %s"):format(shell.program, path))
       assert.equal(130, run.status, endless)
       assert.truthy(run.err:find("interrupted", 1, true), run.err)
     end
