@@ -1,6 +1,6 @@
 // Package test_Golden, made from test_Golden.pkg by the binding generator.
-#include "Fixture.h"
 #include "kelLua/Wrap.h"
+#include "Fixture.h"
 
 namespace wrap = kelLua::wrap;
 
@@ -17,18 +17,12 @@ const wrap::Type& type_test__Vector = wrap::type("test::Vector");
 
 int tolua_collect_test__Body(lua_State* L) { return wrap::collect<test::Body>(L, type_const_test__Body); }
 int tolua_collect_test__Pair(lua_State* L) { return wrap::collect<test::Pair>(L, type_const_test__Pair); }
-int tolua_collect_test__Vector(lua_State* L)
-{
-  return wrap::collect<test::Vector>(L, type_const_test__Vector);
-}
+int tolua_collect_test__Vector(lua_State* L) { return wrap::collect<test::Vector>(L, type_const_test__Vector); }
 static_assert(wrap::hasBaseAtStart<test::Body, kel::Referenced>());
 static_assert(wrap::isComplete<test::Body>, "include its header, or list it in opaque_types.txt");
 static_assert(wrap::isComplete<test::Vector>, "include its header, or list it in opaque_types.txt");
 
-int tolua_printed_test__Vector(lua_State* L)
-{
-  return wrap::printed<test::Vector>(L, type_const_test__Vector);
-}
+int tolua_printed_test__Vector(lua_State* L) { return wrap::printed<test::Vector>(L, type_const_test__Vector); }
 
 int tolua_test_Golden_test_Vector_new00_any(lua_State* L, bool local)
 {
@@ -39,32 +33,19 @@ int tolua_test_Golden_test_Vector_new00_any(lua_State* L, bool local)
   wrap::construct<test::Vector>(L, type_test__Vector, local, a2);
   return 1;
 }
-int tolua_test_Golden_test_Vector_new00(lua_State* L)
-{
-  return tolua_test_Golden_test_Vector_new00_any(L, false);
-}
-int tolua_test_Golden_test_Vector_new00_local(lua_State* L)
-{
-  return tolua_test_Golden_test_Vector_new00_any(L, true);
-}
+int tolua_test_Golden_test_Vector_new00(lua_State* L) { return tolua_test_Golden_test_Vector_new00_any(L, false); }
+int tolua_test_Golden_test_Vector_new00_local(lua_State* L) { return tolua_test_Golden_test_Vector_new00_any(L, true); }
 
 int tolua_test_Golden_test_Vector_new01_any(lua_State* L, bool local)
 {
   tolua_Error e;
-  if (!(wrap::isClass(L, type_test__Vector, &e) && wrap::isEnd(L, 3, &e) && wrap::isTable(L, 2, &e) &&
-        wrap::isNumberArray(L, 2, 3, &e)))
+  if (!(wrap::isClass(L, type_test__Vector, &e) && wrap::isEnd(L, 3, &e) && wrap::isTable(L, 2, &e) && wrap::isNumberArray(L, 2, 3, &e)))
     return tolua_test_Golden_test_Vector_new00_any(L, local);
   wrap::construct<test::Vector>(L, type_test__Vector, local, wrap::NumberArray<float, 3>(L, 2).values);
   return 1;
 }
-int tolua_test_Golden_test_Vector_new01(lua_State* L)
-{
-  return tolua_test_Golden_test_Vector_new01_any(L, false);
-}
-int tolua_test_Golden_test_Vector_new01_local(lua_State* L)
-{
-  return tolua_test_Golden_test_Vector_new01_any(L, true);
-}
+int tolua_test_Golden_test_Vector_new01(lua_State* L) { return tolua_test_Golden_test_Vector_new01_any(L, false); }
+int tolua_test_Golden_test_Vector_new01_local(lua_State* L) { return tolua_test_Golden_test_Vector_new01_any(L, true); }
 
 int tolua_test_Golden_test_Vector_axis00(lua_State* L)
 {
@@ -92,31 +73,23 @@ int tolua_test_Golden_test_Vector_set00(lua_State* L)
   tolua_Error e;
   test::Vector* self{};
   const test::Vector* a2{};
-  if (!(wrap::isSelf(L, self, type_test__Vector, &e) &&
-        wrap::isReference(L, 2, a2, type_const_test__Vector, &e) && wrap::isEnd(L, 3, &e)))
+  if (!(wrap::isSelf(L, self, type_test__Vector, &e) && wrap::isReference(L, 2, a2, type_const_test__Vector, &e) && wrap::isEnd(L, 3, &e)))
     wrap::failed(L, "set", &e, "       set(const test::Vector)\n       set(number, number=0)");
   if (!self) wrap::badSelf(L, "set");
   self->set(*a2);
   return 0;
 }
 
-void tolua_test_Golden_test_Vector_set01_body([[maybe_unused]] test::Vector* self,
-                                              [[maybe_unused]] double value,
-                                              [[maybe_unused]] unsigned int index)
-{
-  (*self)[int(index)] = value;
-}
+void tolua_test_Golden_test_Vector_set01_body([[maybe_unused]] test::Vector* self, [[maybe_unused]] double value, [[maybe_unused]] unsigned int index) { (*self)[int(index)] = value; }
 int tolua_test_Golden_test_Vector_set01(lua_State* L)
 {
   tolua_Error e;
   test::Vector* self{};
   double a2{};
-  if (!(wrap::isEnd(L, 4, &e) && wrap::isSelf(L, self, type_test__Vector, &e) &&
-        wrap::isNumber(L, 2, a2, &e) && wrap::optNumber(L, 3, &e)))
+  if (!(wrap::isEnd(L, 4, &e) && wrap::isSelf(L, self, type_test__Vector, &e) && wrap::isNumber(L, 2, a2, &e) && wrap::optNumber(L, 3, &e)))
     return tolua_test_Golden_test_Vector_set00(L);
   if (!self) wrap::badSelf(L, "set");
-  tolua_test_Golden_test_Vector_set01_body(self, a2,
-                                           wrap::number<unsigned int>(L, 3, static_cast<unsigned int>(0)));
+  tolua_test_Golden_test_Vector_set01_body(self, a2, wrap::number<unsigned int>(L, 3, static_cast<unsigned int>(0)));
   return 0;
 }
 
@@ -125,8 +98,7 @@ int tolua_test_Golden_test_Vector__add00(lua_State* L)
   tolua_Error e;
   const test::Vector* self{};
   const test::Vector* a2{};
-  if (!(wrap::isSelf(L, self, type_const_test__Vector, &e) &&
-        wrap::isReference(L, 2, a2, type_const_test__Vector, &e) && wrap::isEnd(L, 3, &e)))
+  if (!(wrap::isSelf(L, self, type_const_test__Vector, &e) && wrap::isReference(L, 2, a2, type_const_test__Vector, &e) && wrap::isEnd(L, 3, &e)))
     wrap::failed(L, ".add", &e, "       const .add(const test::Vector) -> test::Vector");
   if (!self) wrap::badSelf(L, "operator+");
   wrap::pushCopy<test::Vector>(L, *self + *a2, type_test__Vector);
@@ -150,8 +122,7 @@ int tolua_test_Golden_test_Vector__seti00(lua_State* L)
   test::Vector* self{};
   double a2{};
   double a3{};
-  if (!(wrap::isSelf(L, self, type_test__Vector, &e) && wrap::isNumber(L, 2, a2, &e) &&
-        wrap::isNumber(L, 3, a3, &e) && wrap::isEnd(L, 4, &e)))
+  if (!(wrap::isSelf(L, self, type_test__Vector, &e) && wrap::isNumber(L, 2, a2, &e) && wrap::isNumber(L, 3, a3, &e) && wrap::isEnd(L, 4, &e)))
     wrap::failed(L, ".seti", &e, "       .seti(number, number)");
   if (!self) wrap::badSelf(L, "operator&[]");
   (*self)[wrap::toNumber<int>(a2)] = a3;
@@ -163,8 +134,7 @@ int tolua_test_Golden_test_Vector__geti00(lua_State* L)
   tolua_Error e;
   test::Vector* self{};
   double a2{};
-  if (!(wrap::isSelf(L, self, type_test__Vector, &e) && wrap::isNumber(L, 2, a2, &e) &&
-        wrap::isEnd(L, 3, &e)))
+  if (!(wrap::isSelf(L, self, type_test__Vector, &e) && wrap::isNumber(L, 2, a2, &e) && wrap::isEnd(L, 3, &e)))
     wrap::failed(L, ".geti", &e, "       .geti(number) -> number");
   if (!self) wrap::badSelf(L, "operator[]");
   wrap::pushNumber(L, (*self)[wrap::toNumber<int>(a2)]);
@@ -209,14 +179,8 @@ int tolua_test_Golden_test_Body_new00_any(lua_State* L, bool local)
   wrap::pushString(L, a2);
   return 2;
 }
-int tolua_test_Golden_test_Body_new00(lua_State* L)
-{
-  return tolua_test_Golden_test_Body_new00_any(L, false);
-}
-int tolua_test_Golden_test_Body_new00_local(lua_State* L)
-{
-  return tolua_test_Golden_test_Body_new00_any(L, true);
-}
+int tolua_test_Golden_test_Body_new00(lua_State* L) { return tolua_test_Golden_test_Body_new00_any(L, false); }
+int tolua_test_Golden_test_Body_new00_local(lua_State* L) { return tolua_test_Golden_test_Body_new00_any(L, true); }
 
 int tolua_test_Golden_test_Body_Name00(lua_State* L)
 {
@@ -234,8 +198,7 @@ int tolua_test_Golden_test_Body_setPosition00(lua_State* L)
   tolua_Error e;
   test::Body* self{};
   const test::Vector* a2{};
-  if (!(wrap::isSelf(L, self, type_test__Body, &e) &&
-        wrap::optReference(L, 2, a2, type_const_test__Vector, &e) && wrap::isEnd(L, 3, &e)))
+  if (!(wrap::isSelf(L, self, type_test__Body, &e) && wrap::optReference(L, 2, a2, type_const_test__Vector, &e) && wrap::isEnd(L, 3, &e)))
     wrap::failed(L, "setPosition", &e, "       setPosition(const test::Vector=test::Vector())");
   if (!self) wrap::badSelf(L, "setPosition");
   self->setPosition(a2 ? *a2 : static_cast<const test::Vector&>(test::Vector()));
@@ -247,8 +210,7 @@ int tolua_test_Golden_test_Body_position00(lua_State* L)
   tolua_Error e;
   test::Body* self{};
   if (!(wrap::isSelf(L, self, type_test__Body, &e) && wrap::isEnd(L, 2, &e)))
-    wrap::failed(L, "position", &e,
-                 "       position() -> test::Vector\n       const position() -> const test::Vector");
+    wrap::failed(L, "position", &e, "       position() -> test::Vector\n       const position() -> const test::Vector");
   if (!self) wrap::badSelf(L, "position");
   wrap::pushMember<test::Vector>(L, &(self->position()), type_test__Vector);
   return 1;
@@ -368,6 +330,12 @@ const wrap::Entry MEMBERS[] = {
 
 } // namespace
 
-int tolua_test_Golden_open(lua_State* L) { return wrap::openPackage(L, TYPES, MEMBERS); }
+int tolua_test_Golden_open(lua_State* L)
+{
+  return wrap::openPackage(L, TYPES, MEMBERS);
+}
 
-int luaopen_test_Golden(lua_State* L) { return tolua_test_Golden_open(L); }
+int luaopen_test_Golden(lua_State* L)
+{
+  return tolua_test_Golden_open(L);
+}
