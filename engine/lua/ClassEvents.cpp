@@ -1,5 +1,6 @@
 #include "ClassEvents.h"
 #include "Members.h"
+#include "pushWrapper.h"
 #include "toluaFunctions.h"
 #include <array>
 #include <cstdint>
@@ -45,13 +46,12 @@ int onlyFirst(lua_State* L, int numResults)
 /// Upvalue: the name of the operation, such as ".add".
 int operate(lua_State* L)
 {
-  lua_settop(L, 2);
   if (lua_type(L, 1) == LUA_TUSERDATA && lua_getmetatable(L, 1)) {
     do {
       lua_pushvalue(L, lua_upvalueindex(1));
       lua_rawget(L, -2);
       if (const lua_CFunction wrapper = operatorAt(L)) {
-        lua_settop(L, 2);
+        lua_settop(L, -3);
         return onlyFirst(L, wrapper(L));
       }
       if (lua_isfunction(L, -1)) {
@@ -148,7 +148,7 @@ constexpr Event OWN[] = {{"__eq", equal, nullptr}, {"__lt", operate, ".lt"}, {"_
 void pushEvent(lua_State* L, const Event& event)
 {
   if (event.operation) lua_pushstring(L, event.operation);
-  lua_pushcclosure(L, event.function, event.operation ? 1 : 0);
+  pushWrapper(L, event.function, event.operation ? 1 : 0);
 }
 
 void pushEvents(lua_State* L)

@@ -1,5 +1,6 @@
 #include "Members.h"
 #include "HandleState.h"
+#include "pushWrapper.h"
 #include <cctype>
 #include <cstring>
 #include <tolua++.h>
@@ -203,13 +204,17 @@ int findMember(lua_State* L)
   return 0;
 }
 
-// ---- The events of a class in use. Upvalues of `__index`: class table, cache; of `__newindex`: cache.
+// ---- The events of a class in use. Upvalues of `__index`: class table, cache; of `__newindex`:
+// cache, whether objects may have fields.
 
 int memberIndex(lua_State* L)
 {
-  if (lua_type(L, 1) != LUA_TUSERDATA) return tableIndex(L);
   lua_getfenv(L, 1);
-  if (!lua_rawequal(L, -1, TOLUA_NOPEER) && lua_istable(L, -1)) {
+  if (!lua_rawequal(L, -1, TOLUA_NOPEER)) {
+    if (lua_type(L, 1) != LUA_TUSERDATA) {
+      lua_settop(L, 2);
+      return tableIndex(L);
+    }
     lua_pushvalue(L, 2);
     lua_gettable(L, -2);
     if (!lua_isnil(L, -1)) return 1;
@@ -262,7 +267,7 @@ int setField(lua_State* L)
     lua_pushvalue(L, -1);
     lua_setfenv(L, 1);
   }
-  objectHasFields(L, 1);
+  if (!lua_toboolean(L, lua_upvalueindex(2))) objectHasFields(L, 1);
   lua_insert(L, 2);
   lua_settable(L, 2);
   return 0;
@@ -392,7 +397,7 @@ int firstIndex(lua_State* L)
   lua_insert(L, -2);
   if (!isDirect(L, metatable + 2)) {
     pushNewCache(L);
-    lua_pushcclosure(L, hasInChain(L, metatable, ".geti") ? elementIndex : memberIndex, 2);
+    pushWrapper(L, hasInChain(L, metatable, ".geti") ? elementIndex : memberIndex, 2);
   }
   lua_rawset(L, metatable);
   lua_settop(L, 2);
@@ -403,10 +408,15 @@ int firstIndex(lua_State* L)
 int firstNewIndex(lua_State* L)
 {
   if (lua_type(L, 1) != LUA_TUSERDATA || !lua_getmetatable(L, 1)) return tableNewIndex(L);
+  const int metatable = lua_gettop(L);
+  lua_pushvalue(L, metatable);
+  toClassTable(L);
+  const bool mayHaveFields = (traitsOf(L, metatable + 1) & HAS_FIELDS) != 0;
   lua_pushliteral(L, "__newindex");
   pushNewCache(L);
-  lua_pushcclosure(L, memberNewIndex, 1);
-  lua_rawset(L, -3);
+  lua_pushboolean(L, mayHaveFields);
+  lua_pushcclosure(L, memberNewIndex, 2);
+  lua_rawset(L, metatable);
   lua_settop(L, 3);
   lua_settable(L, 1);
   return 0;

@@ -24,7 +24,7 @@ int cast(lua_State* L)
   else if (address)
     handles::push(L, object, wrap::type(type));
   else
-    handles::pushMember(L, object, wrap::type(type), 1);
+    handles::pushMember(L, object, wrap::type(type), true);
   return 1;
 }
 

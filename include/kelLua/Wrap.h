@@ -94,7 +94,7 @@ inline void** knownHandle(lua_State* L, int n, const Type& type)
 
 /// The class table, or that of a derived class. Where index 1 holds neither, the script left it out: a
 /// placeholder moves the arguments up by one. Always true.
-inline bool isClass(lua_State* L, const Type& type, tolua_Error*)
+inline bool isClass(lua_State* L, const Type& type)
 {
   const void* table = lua_topointer(L, 1);
   return (table && type.accepts(table)) || slow::isClass(L, type);
@@ -164,7 +164,9 @@ inline bool isNumberArray(lua_State* L, int n, int size, tolua_Error* failure)
 /// No argument from index n on.
 inline bool isEnd(lua_State* L, int n, tolua_Error* failure)
 {
-  return lua_gettop(L) < n || tolua_isnoobj(L, n, failure) != 0;
+  if (lua_gettop(L) < n) return true;
+  *failure = {n, 0, "[no object]"};
+  return false;
 }
 
 inline bool isGiven(lua_State* L, int n) { return !lua_isnoneornil(L, n); }
@@ -280,14 +282,14 @@ void pushObject(lua_State* L, const T* object, const Type& type)
   else
     handles::push(L, object, type);
 }
-/// An object that self gives: counted, or a part of self whose handle lives and dies with that of self.
-template <class T, bool Counted = isCounted<T>>
-void pushMember(lua_State* L, const T* object, const Type& type)
+/// An object that self gives: self, a counted object, or a part of self whose handle lives and dies with that
+/// of self.
+template <class T, class Self> void pushMember(lua_State* L, const T* object, const Type& type, const Self* self)
 {
-  if constexpr (Counted)
+  if constexpr (isCounted<T>)
     handles::pushCounted(L, object, object, type);
   else
-    handles::pushMember(L, object, type, 1);
+    handles::pushMember(L, object, type, static_cast<const void*>(object) == self);
 }
 /// A copy that the script owns.
 template <class T> void pushCopy(lua_State* L, T value, const Type& type)
@@ -397,20 +399,15 @@ private:
   static constexpr int maxArguments = 4;
   static constexpr int numWinners = 16;
 
-  struct Shape
-  {
-    int size = -1;
-    const void* classes[maxArguments] = {};
-    bool operator==(const Shape&) const = default;
-  };
   struct Winner
   {
-    Shape shape;
+    int size = -1; ///< Of the list, from the first argument that counts.
+    const void* classes[maxArguments] = {};
     lua_CFunction function = nullptr;
   };
 
-  Shape shapeOf(lua_State* L) const;
   bool hasShape(lua_State* L) const;
+  int search(lua_State* L, Winner& winner, const void* const* classes, int size);
 
   const lua_CFunction* m_overloads;
   int m_numOverloads;
