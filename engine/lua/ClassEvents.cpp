@@ -169,27 +169,50 @@ void addSharedEvents(lua_State* L, int metatable)
   lua_pop(L, 1);
 }
 
-/// Pushes the metatable of a type string, with its name in the registry.
-void pushNewMetatable(lua_State* L, const char* name)
+/// Pushes the metatable of a type string, a new one with its name in the registry if there is none. One that
+/// a stock tolua++ of somebody else's has made gets our events, too, but keeps its finaliser.
+void pushTypeMetatable(lua_State* L, const char* name)
 {
-  luaL_newmetatable(L, name);
-  lua_pushvalue(L, -1);
-  lua_pushstring(L, name);
-  lua_rawset(L, LUA_REGISTRYINDEX);
-  addSharedEvents(L, lua_gettop(L));
+  const bool isNew = luaL_newmetatable(L, name) != 0;
+  if (isNew) {
+    lua_pushvalue(L, -1);
+    lua_pushstring(L, name);
+    lua_rawset(L, LUA_REGISTRYINDEX);
+  }
+  const int metatable = lua_gettop(L);
+  lua_pushliteral(L, "__gc");
+  lua_rawget(L, metatable);
+  addSharedEvents(L, metatable);
+  if (isNew) return lua_settop(L, metatable);
+  lua_pushliteral(L, "__gc");
+  lua_insert(L, -2);
+  lua_rawset(L, metatable);
 }
 
-/// table tolua_super[metatable at an index] = {}; pushes it. tolua++ makes one only for classes with members,
-/// but takes it for granted when it pushes an object for a second time, and otherwise changes a stranger's
-/// type.
-void pushNewBases(lua_State* L, int metatable)
+/// Pushes tolua_super[metatable at an index], the set of its bases. tolua++ makes one only for classes with
+/// members, but takes it for granted when it pushes an object for a second time, and otherwise changes a
+/// stranger's type.
+void pushBases(lua_State* L, int metatable)
 {
   lua_pushliteral(L, "tolua_super");
   lua_rawget(L, LUA_REGISTRYINDEX);
-  lua_newtable(L);
   lua_pushvalue(L, metatable);
-  lua_pushvalue(L, -2);
-  lua_rawset(L, -4);
+  lua_rawget(L, -2);
+  if (!lua_istable(L, -1)) {
+    lua_pop(L, 1);
+    lua_newtable(L);
+    lua_pushvalue(L, metatable);
+    lua_pushvalue(L, -2);
+    lua_rawset(L, -4);
+  }
+  lua_remove(L, -2);
+}
+
+void pushSharedFinaliser(lua_State* L)
+{
+  pushEvents(L);
+  lua_pushliteral(L, "__gc");
+  lua_rawget(L, -2);
   lua_remove(L, -2);
 }
 
@@ -224,20 +247,16 @@ void openClassEvents(lua_State* L)
   openToluaFunctions(L);
 }
 
-bool addType(lua_State* L, const char* type)
+void addType(lua_State* L, const char* type)
 {
   const int top = lua_gettop(L);
   luaL_getmetatable(L, type);
-  if (lua_istable(L, -1)) {
-    const bool isOurs = rawField(L, "__tostring");
-    lua_settop(L, top);
-    return isOurs;
-  }
-  lua_pop(L, 1);
-  pushNewMetatable(L, type);
+  if (lua_istable(L, -1) && rawField(L, "__tostring")) return lua_settop(L, top);
+  lua_settop(L, top);
+  pushTypeMetatable(L, type);
   lua_pushfstring(L, "const %s", type);
   const char* constType = lua_tostring(L, -1);
-  pushNewMetatable(L, constType);
+  pushTypeMetatable(L, constType);
   for (const Event& event : OWN) {
     pushEvent(L, event);
     lua_pushstring(L, event.name);
@@ -247,23 +266,28 @@ bool addType(lua_State* L, const char* type)
     lua_insert(L, -2);
     lua_rawset(L, top + 3);
   }
-  pushNewBases(L, top + 3);
-  pushNewBases(L, top + 1);
+  pushBases(L, top + 3);
+  pushBases(L, top + 1);
   lua_pushboolean(L, 1);
   lua_setfield(L, -2, constType); // a plain object is a const one, too
   lua_settop(L, top);
-  return true;
 }
 
 void dropFinaliser(lua_State* L, const char* type)
 {
+  const int top = lua_gettop(L);
   for (const char* prefix : {"", "const "}) {
     lua_pushfstring(L, "%s%s", prefix, type);
     lua_rawget(L, LUA_REGISTRYINDEX);
+    pushSharedFinaliser(L);
     lua_pushliteral(L, "__gc");
-    lua_pushnil(L);
-    lua_rawset(L, -3);
-    lua_pop(L, 1);
+    lua_rawget(L, top + 1);
+    if (lua_rawequal(L, -1, -2)) {
+      lua_pushliteral(L, "__gc");
+      lua_pushnil(L);
+      lua_rawset(L, top + 1);
+    }
+    lua_settop(L, top);
   }
 }
 
@@ -273,9 +297,7 @@ void restoreFinaliser(lua_State* L, int handle)
   if (!lua_getmetatable(L, handle)) return;
   if (!rawField(L, "__gc")) {
     lua_pushliteral(L, "__gc");
-    pushEvents(L);
-    rawField(L, "__gc");
-    lua_remove(L, -2);
+    pushSharedFinaliser(L);
     lua_rawset(L, top + 1);
   }
   lua_settop(L, top);

@@ -58,8 +58,8 @@ void runChunk(lua_State* L, const Entry& entry)
 /// Registers a type and the collector of values that carry its string, plain or const.
 void enterType(lua_State* L, const TypeEntry& entry)
 {
-  const bool isOurs = addType(L, entry.name);
-  if (isOurs && entry.isInline) dropFinaliser(L, entry.name);
+  addType(L, entry.name);
+  if (entry.isInline) dropFinaliser(L, entry.name);
   for (const char* prefix : {"", "const "}) {
     lua_pushfstring(L, "%s%s", prefix, entry.name);
     const Type& each = type(lua_tostring(L, -1));

@@ -29,9 +29,9 @@ void push(lua_State* L, const void* object, const wrap::Type& type);
 /// Pushes a handle on a counted object; nil for null. Takes no reference. The handle is cleared when it dies.
 void pushCounted(lua_State* L, const kel::Referenced* counted, const void* object, const wrap::Type& type);
 
-/// Pushes a handle on something that the object at stack index 1 gives and that lies inside it; nil for null. The
-/// new handle keeps the owner's handle alive and is cleared when the owner dies. What is itself the owner, as
-/// `isOwner` says, or another value on the stack is pushed as the handle that it has.
+/// Pushes a handle on something that the object at stack index 1 gives and that lies inside it; nil for null.
+/// The new handle keeps the owner's handle alive and is cleared when the owner dies. What is itself the
+/// owner, as `isOwner` says, or another value on the stack is pushed as the handle that it has.
 void pushMember(lua_State* L, const void* object, const wrap::Type& type, bool isOwner);
 
 /// Pushes a handle on a new T that lies inside the handle itself and needs no collector. Only for wrappers:
