@@ -15,9 +15,9 @@ using namespace bench;
 struct Options
 {
   std::string row;
-  int passes = 9;
+  int passes = 31;
   long operations = 0;
-  double length = 20; // ms
+  double length = 5; // ms; short passes side by side meet the same load
   bool csv = false;
   bool list = false;
 };
@@ -124,8 +124,8 @@ void run(const Options& options)
   }
   const bool whole = options.row.empty() && !options.csv;
   if (whole) {
-    printOpening(5 * options.passes);
-    printEmptyScript(2 * options.passes + 1);
+    printOpening(options.passes);
+    printEmptyScript(options.passes);
   }
   Sessions sessions;
   for (std::size_t i = 0; i < COUNT; ++i) sessions[i] = std::make_unique<Session>(*BINDINGS[i]);
