@@ -12,8 +12,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-extern char** environ;
-
 namespace bench {
 
 namespace {
@@ -43,6 +41,7 @@ template <class Work> double milliseconds(Work work)
 template <class Work> double medianTime(int repetitions, Work work)
 {
   std::vector<double> times;
+  times.reserve(static_cast<std::size_t>(repetitions));
   for (int i = 0; i < repetitions; ++i) times.push_back(work());
   return median(times);
 }
