@@ -113,7 +113,11 @@ local function typeOf(self) act(self, "tolua.type", tolua.type, (self.pool:any()
 local function cast(self)
   local random = self.random
   local value = random:oneIn(4) and self.pool:any() or self.pool:object()
-  if random:oneIn(5) then return act(self, "tolua.cast", tolua.cast, value, (self.pool:any())) end
+  if random:oneIn(5) then
+    local typeName = self.pool:any()
+    if type(typeName) == "string" and surface.byType[typeName:gsub("^const ", "")] then typeName = nil end
+    return act(self, "tolua.cast", tolua.cast, value, typeName)
+  end
   local class = surface.byType[tolua.type(value):gsub("^const ", "")]
   if not class then return end
   for _ = 1, random:below(3) do class = class.base or class end
@@ -242,7 +246,10 @@ function actions:callback()
     self.pool:keep((...))
     for _ = 1, self.random:below(4) do self:any() end
     local kind = self.random:below(8)
-    if kind == 0 then error(self.pool:any(1)) end
+    if kind == 0 then
+      local value = self.pool:any(1)
+      error((type(value) == "string" or type(value) == "number") and "torture: " .. value or value)
+    end
     if kind == 1 then error("torture: a callback fails") end
     if kind < 5 then return self.pool:any(1), self.pool:any(1) end
   end

@@ -10,7 +10,8 @@ calls.__index = calls
 -- What failed calls may say.
 local KNOWN = {
   "error in function '", "invalid 'self' in ", "invalid type in variable assignment%.", "torture: ", "attempt to ",
-  "bad argument #", "index is n", "stack overflow", "object expected", "C stack overflow", "Attempt to perform operation on an invalid operand",
+  "bad argument #", "index is [nN]", "stack overflow", "object expected", "C stack overflow", "Attempt to perform operation on an invalid operand",
+  "Attempt to call a non%-callable object", "index of a [a-z]+ element is out of range",
 }
 
 function calls.new(random, pool) return setmetatable({ random = random, pool = pool, succeeded = {}, strange = {} }, calls) end
@@ -122,7 +123,7 @@ function calls:stepTo(f, n, arguments)
   if self.stepping then return end
   local steps
   local known = pcall(function()
-    local now, step = arguments[1]:getTimeStamp(), arguments[1]:getTimeStep()
+    local now, step = f.class.original.getTimeStamp(arguments[1]), f.class.original.getTimeStep(arguments[1])
     steps = (arguments[2] - now) / step
   end)
   if known and not (steps < 20) then return end

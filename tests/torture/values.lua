@@ -13,7 +13,7 @@ local NUMBERS = {
 }
 local STRINGS = {
   "", "x", "body", "1", "0x10", "-1e300", "nan", "a\0b", "\0", ("long "):rep(4000), "\255\254\128", "\195\40", "%s%n%d",
-  ".get", "__index", "kel::Vec3", "const kel::RigidBody", "no such type", "\27[2J",
+  ".get", "__index", "kel::Vec3", "const kel::RigidBody", "no such type",
 }
 
 --- `callback(kind)` gives functions for scripts' sides of adapters.
@@ -149,7 +149,7 @@ end
 function values.describe(value)
   local kind = type(value)
   if kind == "number" then return ("%.17g"):format(value) end
-  if kind == "string" then return (("%q"):format(value:sub(1, 24)):gsub("[^%g ]", "?")) end
+  if kind == "string" then return (("%q"):format(value:sub(1, 24)):gsub("[%z\1-\31\127-\255]", "?")) end
   if kind == "userdata" then return (tolua.type(value):gsub("^userdata$", "a userdata")) end
   if kind == "table" then return rawget(value, ".c_instance") ~= nil and "a stand-in" or tolua.type(value) end
   if kind == "function" or kind == "thread" then return "a " .. kind end
