@@ -21,7 +21,7 @@ ${wrappers}
 ${chunks}
 const wrap::TypeEntry TYPES[] = {
     ${typeEntries}
-    {nullptr, nullptr},
+    {nullptr, nullptr, false},
 };
 
 const wrap::Entry MEMBERS[] = {
@@ -47,6 +47,7 @@ ${body}
 int ${function}(lua_State* L${local})
 {
   tolua_Error e;
+  ${fetched}
   if (!(${guard}))
     ${otherwise}
   ${self}
@@ -85,6 +86,7 @@ int ${set}(lua_State* L)
 {
   ${owner}
   tolua_Error e;
+  ${fetched}
   if (!${guard}) wrap::badValue(L, &e);
   ${member} = ${value};
   return 0;
@@ -145,12 +147,55 @@ local function callText(f, actual)
   return prefix..f.call.."("..table.concat(actual, ", ")..")"
 end
 
+-- Overloads that a dispatcher chooses from: where three share a number of arguments, the chain costs more. Those of
+-- constructors and static functions stay in a chain, as what they make costs more still.
+local function isDispatched(f)
+  if f.constructor or f.destructor or f.self == "class" then return false end
+  local counts = {}
+  for _, overload in ipairs(f.overloads) do
+    local least = 0
+    for i, argument in ipairs(overload.args) do if not argument.default then least = i end end
+    for n = least, #overload.args do
+      counts[n] = (counts[n] or 0) + 1
+      if counts[n] >= 3 then return true end
+    end
+  end
+  return false
+end
+
 local function otherwise(f, any)
+  if f.number > 0 and isDispatched(f) then return "return wrap::notTaken;" end
   if f.number > 0 then
     return "return "..wrapperName(f, f.number - 1)..any.."(L"..(f.constructor and ", local" or "")..");"
   end
   local lines = T.each(f.overloads, "\n", function(overload) return "       "..signature.line(overload) end)
   return "wrap::failed(L, "..T.quote(f.name)..", &e, "..T.quote(lines)..");"
+end
+
+local DISPATCHER = [[
+
+
+constexpr lua_CFunction ${all}_all[] = {${overloads}};
+wrap::Overloads ${all}_overloads{${all}_all, ${first}};
+int ${all}(lua_State* L) { return ${all}_overloads.call(L); }]]
+
+-- behind the highest overload of a set: what is registered for it
+local function dispatcher(f)
+  if not isDispatched(f) or f ~= f.overloads[#f.overloads] then return "" end
+  local names, sameSelf = {}, true
+  for i = #f.overloads, 1, -1 do
+    names[#names + 1] = wrapperName(f.overloads[i])
+    sameSelf = sameSelf and f.overloads[i].self == f.self
+  end
+  -- self tells overloads apart only where some take a const one
+  local first = hasSelf(f) and sameSelf and 2 or 1
+  return T.fill(DISPATCHER, {all = f.cname, overloads = table.concat(names, ", "), first = first})
+end
+
+local function fetchedLocals(f)
+  local locals = {hasSelf(f) and selfType(f).."* self{};" or nil}
+  for _, argument in ipairs(f.args) do locals[#locals + 1] = C.fetched(argument, argument.n) end
+  return table.concat(locals, "\n")
 end
 
 local function wrapper(f)
@@ -160,8 +205,8 @@ local function wrapper(f)
   for _, argument in ipairs(f.args) do
     local value = C.read(argument, argument.n, f.name)
     if argument.kind == "reference" and C.isNull(argument.default) then
-      table.insert(locals, 1, "auto& a"..argument.n.." = "..value..";") -- raises, so it goes before any text is copied
-      value = "a"..argument.n
+      table.insert(locals, 1, "auto& r"..argument.n.." = "..value..";") -- raises, so it goes before any text is copied
+      value = "r"..argument.n
     elseif argument.inout then
       locals[#locals + 1] = argument.cpp.." a"..argument.n.." = "..value..";"
       extra[#extra + 1] = pushBasic(argument, "a"..argument.n)
@@ -175,21 +220,22 @@ local function wrapper(f)
   return T.fill(WRAPPER, {
     body = bodyFunction(f),
     ["function"] = wrapperName(f)..any, ["local"] = f.constructor and ", bool local" or "",
-    guard = guard, otherwise = otherwise(f, any),
-    self = hasSelf(f) and "auto* self = wrap::self<"..selfType(f)..">(L, "..T.quote(f.errorName)..");" or "",
+    fetched = fetchedLocals(f), guard = guard, otherwise = otherwise(f, any),
+    self = hasSelf(f) and "if (!self) wrap::badSelf(L, "..T.quote(f.errorName)..");" or "",
     locals = table.concat(locals, "\n"), call = call, extra = table.concat(extra, "\n"),
     count = results,
     constructors = f.constructor and T.fill(CONSTRUCTORS, {wrapper = wrapperName(f)}) or "",
-  })
+  })..dispatcher(f)
 end
 
 local DESTRUCTOR = [[
 int ${wrapper}(lua_State* L)
 {
   tolua_Error e;
+  ${type}* self{};
   if (!(${guard}))
     ${otherwise}
-  return wrap::destroy<${type}>(L);
+  return wrap::destroy(L, self);
 }]]
 
 local function destructor(f)
@@ -197,7 +243,7 @@ local function destructor(f)
 end
 
 local function variableAccess(v)
-  local owner = v.static and "" or "auto* self = wrap::owner<"..v.class.type..">(L, "..T.quote(v.errorName)..");"
+  local owner = v.static and "" or "auto* self = wrap::owner<"..v.class.type..">(L, "..record("const "..v.class.type)..", "..T.quote(v.errorName)..");"
   local member = (v.static and "" or "self->")..v.member
   local t, push = v.type
   if v.inherits then
@@ -209,7 +255,7 @@ local function variableAccess(v)
   local getter = T.fill(GETTER, {get = v.get, owner = owner, push = push})
   if v.readonly then return getter end
   return getter.."\n\n"..T.fill(SETTER, {
-    set = v.set, owner = owner, guard = C.guard(t, 2), member = member, value = C.read(t, 2, v.name),
+    set = v.set, owner = owner, fetched = C.fetched(t, 2) or "", guard = C.guard(t, 2), member = member, value = C.read(t, 2, v.name),
   })
 end
 
@@ -227,7 +273,13 @@ local function collect(items, separator, f)
   return table.concat(parts, separator)
 end
 
+local function printedName(class) return "tolua_printed_"..C.identifier(class.type) end
+
 local function wrapperText(item)
+  if item.tag == "class" and item.printed then
+    return "int "..printedName(item).."(lua_State* L) { return wrap::printed<"..item.type..">(L, "..
+      record("const "..item.type).."); }"
+  end
   if item.tag == "function" then return item.destructor and destructor(item) or wrapper(item) end
   if item.tag == "variable" then return variableAccess(item) end
 end
@@ -261,7 +313,7 @@ local function completenessChecks(package)
 end
 
 local function printer(class)
-  return class.printed and 'wrap::function(".tostring", wrap::printed<'..class.type..", "..record("const "..class.type)..">)," or ""
+  return class.printed and 'wrap::function(".tostring", '..printedName(class).."),"  or ""
 end
 
 local members
@@ -273,6 +325,9 @@ local function member(item)
     local collector = item.collected and collectorName(item.type) or "nullptr"
     local names = T.each({item.name, item.type, item.base}, ", ", T.quote)
     return T.lines {"wrap::klass("..names..", "..collector.."),", printer(item), members(item.items), "wrap::end(),"}
+  elseif item.tag == "function" and isDispatched(item) then
+    if item ~= item.overloads[#item.overloads] then return nil end
+    return "wrap::function("..T.quote(item.name)..", "..item.cname.."),"
   elseif item.tag == "function" then
     local names = item.constructor and {new = "", new_local = "_local", [".call"] = "_local"} or {[item.name] = ""}
     return T.each(item.constructor and {"new", "new_local", ".call"} or {item.name}, "\n", function(name)
@@ -304,7 +359,7 @@ local function recordTexts()
   for typeString in pairs(C.records) do typeStrings[#typeStrings + 1] = typeString end
   table.sort(typeStrings)
   return T.each(typeStrings, "\n", function(typeString)
-    return "constinit wrap::Type "..C.records[typeString].."{"..T.quote(typeString).."};"
+    return "const wrap::Type& "..C.records[typeString].." = wrap::type("..T.quote(typeString)..");"
   end)
 end
 
@@ -312,20 +367,24 @@ return function(package)
   local collected = collectedTypes(package)
   local wrappers = collect(package.items, "\n\n", wrapperText)
   local chunks = chunkTexts(package)
+  local collectors = T.each(package.types, "\n", function(typeString)
+    local type = collected[typeString]
+    return type and "int "..collectorName(typeString).."(lua_State* L) { return wrap::collect<"..type..">(L, "..
+      record("const "..type).."); }"
+  end)
   return T.fill(FILE, {
     name = package.name,
     includes = table.concat(package.includes, "\n"),
     types = recordTexts(),
-    collectors = T.each(package.types, "\n", function(typeString)
-      local type = collected[typeString]
-      return type and "int "..collectorName(typeString).."(lua_State* L) { return wrap::collect<"..type..">(L); }"
-    end),
+    collectors = collectors,
     bases = collect(package.items, "\n", function(item) return item.tag == "class" and baseCheck(item) or nil end),
     checks = completenessChecks(package),
     wrappers = wrappers,
     chunks = chunks,
     typeEntries = T.each(package.types, "\n", function(typeString)
-      return "{"..T.quote(typeString)..", "..(collected[typeString] and collectorName(typeString) or "nullptr").."},"
+      local type = collected[typeString]
+      local collector = type and collectorName(typeString)..", std::is_trivially_destructible_v<"..type..">" or "nullptr, false"
+      return "{"..T.quote(typeString)..", "..collector.."},"
     end),
     members = members(package.items),
   })

@@ -13,9 +13,9 @@ namespace kelLua {
 template <class T> struct ObjectArgument
 {
   T* object;
-  const char* type;
+  const wrap::Type& type;
 };
-template <class T> ObjectArgument(T*, const char*) -> ObjectArgument<T>;
+template <class T> ObjectArgument(T*, const wrap::Type&) -> ObjectArgument<T>;
 
 /// One override of a script adapter: the signature of the method that it stands for, and the protocol by
 /// which its calls reach the script. The same protocol serves every adapter, so that an override is one row:
