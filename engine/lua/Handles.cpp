@@ -373,7 +373,7 @@ State* find(lua_State* L)
 bool pushOwnTable(lua_State* L, int handle)
 {
   lua_getfenv(L, handle);
-  if (lua_istable(L, -1) && !lua_rawequal(L, -1, TOLUA_NOPEER)) return true;
+  if (!lua_rawequal(L, -1, TOLUA_NOPEER) && lua_istable(L, -1)) return true;
   lua_pop(L, 1);
   return false;
 }
