@@ -142,8 +142,10 @@ constexpr Event SHARED[] = {{"__index", members::firstIndex, nullptr},
                             {"__call", call, ".call"},
                             {"__unm", unaryMinus, nullptr},
                             {"__tostring", toText, nullptr}};
-/// One function each in a class, plain and const: Lua compares two objects by it only if both have the same.
-constexpr Event OWN[] = {{"__eq", equal, nullptr}, {"__lt", operate, ".lt"}, {"__le", operate, ".le"}};
+/// One function each in a metatable: Lua compares two objects only by a function that both have.
+constexpr Event COMPARISONS[] = {{"__lt", operate, ".lt"}, {"__le", operate, ".le"}};
+/// The one that plain and const objects share, so that a view may equal a value.
+constexpr Event EQUALITY = {"__eq", equal, nullptr};
 
 void pushEvent(lua_State* L, const Event& event)
 {
@@ -155,6 +157,14 @@ void pushEvents(lua_State* L)
 {
   lua_pushlightuserdata(L, const_cast<char*>(&s_events));
   lua_rawget(L, LUA_REGISTRYINDEX);
+}
+
+/// metatable[name] = the function on top, which stays.
+void setEvent(lua_State* L, int metatable, const char* name)
+{
+  lua_pushstring(L, name);
+  lua_pushvalue(L, -2);
+  lua_rawset(L, metatable);
 }
 
 /// Sets the shared events of the metatable at an index.
@@ -257,15 +267,15 @@ void addType(lua_State* L, const char* type)
   lua_pushfstring(L, "const %s", type);
   const char* constType = lua_tostring(L, -1);
   pushTypeMetatable(L, constType);
-  for (const Event& event : OWN) {
-    pushEvent(L, event);
-    lua_pushstring(L, event.name);
-    lua_pushvalue(L, -2);
-    lua_rawset(L, top + 1);
-    lua_pushstring(L, event.name);
-    lua_insert(L, -2);
-    lua_rawset(L, top + 3);
-  }
+  pushEvent(L, EQUALITY);
+  setEvent(L, top + 1, EQUALITY.name);
+  setEvent(L, top + 3, EQUALITY.name);
+  for (const int metatable : {top + 1, top + 3})
+    for (const Event& event : COMPARISONS) {
+      pushEvent(L, event);
+      setEvent(L, metatable, event.name);
+    }
+  lua_settop(L, top + 3);
   pushBases(L, top + 3);
   pushBases(L, top + 1);
   lua_pushboolean(L, 1);

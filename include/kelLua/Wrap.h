@@ -148,10 +148,10 @@ inline bool isString(lua_State* L, int n, tolua_Error* failure)
 {
   return lua_type(L, n) == LUA_TSTRING || tolua_isstring(L, n, 0, failure) != 0;
 }
-/// An address or an object; a userdata of another library may be smaller than a pointer.
+/// An address, an object or nil; a userdata of another library may be smaller than a pointer.
 inline bool isAddress(lua_State* L, int n, tolua_Error* failure)
 {
-  if (lua_islightuserdata(L, n) || handles::isHandle(L, n)) return true;
+  if (lua_isnil(L, n) || lua_islightuserdata(L, n) || handles::isHandle(L, n)) return true;
   *failure = {n, 0, "userdata"};
   return false;
 }

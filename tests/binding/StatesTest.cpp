@@ -187,7 +187,7 @@ private:
 
 INSTANTIATE_TEST_SUITE_P(GuestLast, Guests, testing::Values("fvg"));
 // Opening a package ends the process where a type that it has is known already from another plug-in.
-INSTANTIATE_TEST_SUITE_P(DISABLED_GuestBefore, Guests, testing::Values("gfv", "vgf"));
+INSTANTIATE_TEST_SUITE_P(GuestBefore, Guests, testing::Values("gfv", "vgf"));
 
 TEST_P(Guests, TakeOurValuesAndGiveThem)
 {
@@ -248,7 +248,7 @@ TEST_P(Guests, LeaveOurClassesAsTheyAre)
 }
 
 // The guest's collector frees what lies inside its handle.
-TEST_P(Guests, DISABLED_LeaveValuesToTheirHandles)
+TEST_P(Guests, LeaveValuesToTheirHandles)
 {
   run("local v = test.Vector(1) tolua.takeownership(v) v = nil collect()");
 }

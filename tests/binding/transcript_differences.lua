@@ -7,7 +7,9 @@ local constValue = "a value that lies in its handle has a handle of its own for 
 local equal = "values and const values compare; Lua asks only where both have the same function"
 local opaque = "opaque values have a collector of their own"
 local ownTable = "the own table of a view is there from the start and holds its owner"
-local arrays = "where an array was expected before, a table is reported as one and not as the object it stands for"
+local belowArrays = "an array that does not fit leaves nothing on the stack, so the overloads below are tried"
+local notOurs = "a value of another library may be smaller than an address"
+local noAddress = "error error in function 'address'. argument #2 is 'userdata'; 'userdata' expected."
 
 local function refused(name) return "error error in function '"..name..
   "'. argument #1 is 'const test::Point'; 'test::Point' expected." end
@@ -65,10 +67,12 @@ return {
     ["setpeer of no object"] = {"the text of Lua's own functions", "false | bad argument #1 to '?' (object expected)"},
     ["opaque"] = {opaque, "0 0 0 0 0"},
     ["opaque released and taken"] = {opaque, "0 0 0 0 0"},
-    ["V(stands)"] = {arrays, "error error in function 'new'. argument #2 is 'table'; 'number' expected."},
-    ["c:pick(o)"] = {arrays, "error error in function 'pick'. argument #2 is 'table'; 'number' expected."},
-    ["stands for, return test.Chooser():pick(o)"] = {arrays,
-      "error error in function 'pick'. argument #2 is 'table'; 'number' expected."},
+    ["c:pick(o)"] = {belowArrays, "servo"},
+    ["stands for, return test.Chooser():pick(o)"] = {belowArrays, "servo"},
+    ["changing tables"] = {belowArrays,
+      "table 3.000000, table 3.000000, table 3.000000, table 3.000000, servo, servo, error, error"},
+    ["c:address(io.stdout)"] = {notOurs, noAddress},
+    ["test.Chooser():address(io.stdout)"] = {notOurs, noAddress},
   },
   -- the same for all lines of a pattern, by patterns
   families = {
