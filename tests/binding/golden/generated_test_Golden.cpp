@@ -106,7 +106,7 @@ int tolua_test_Golden_test_Vector_set(lua_State* L)
 {
   switch (lua_gettop(L)) {
   case 2:
-    return tolua_test_Golden_test_Vector_set01(L);
+    return lua_type(L, 2) == LUA_TUSERDATA ? tolua_test_Golden_test_Vector_set00(L) : tolua_test_Golden_test_Vector_set01(L);
   case 3:
     return tolua_test_Golden_test_Vector_set01(L);
   default:
