@@ -19,7 +19,8 @@ const char s_traits = 0;
 enum Trait
 {
   IS_BASE = 1,
-  HAS_FIELDS = 2 ///< Some object of the class has fields of a script's own.
+  HAS_FIELDS = 2,            ///< Some object of the class has fields of a script's own.
+  DERIVED_HAVE_VARIABLES = 4 ///< A class table right above it has variables.
 };
 
 // ---- The search itself, which remembers nothing.
@@ -85,8 +86,9 @@ int traitsOf(lua_State* L, int classTable)
   return traits;
 }
 
-void setTraits(lua_State* L, int classTable, int traits)
+void addTrait(lua_State* L, int classTable, Trait trait)
 {
+  const int traits = traitsOf(L, classTable) | trait;
   pushRegistered(L, s_traits);
   lua_pushvalue(L, classTable);
   lua_pushinteger(L, traits);
@@ -101,24 +103,25 @@ struct Chain
 {
   std::uintptr_t size = 0;
   std::uintptr_t accessors = 0;
+  bool derivedHaveVariables = false;
 };
 constexpr std::uintptr_t maxChain = 12; ///< Each look-up that fails takes a place on the stack.
 
 void pushChain(lua_State* L, Chain chain)
 {
-  lua_pushlightuserdata(L, reinterpret_cast<void*>(chain.size | chain.accessors << 8));
+  const std::uintptr_t flag = chain.derivedHaveVariables ? 1 : 0;
+  lua_pushlightuserdata(L, reinterpret_cast<void*>(chain.size | flag << 7 | chain.accessors << 8));
 }
 Chain toChain(const void* word)
 {
   const auto bits = reinterpret_cast<std::uintptr_t>(word);
-  return {bits & 0xFF, bits >> 8};
+  return {bits & 0x7F, bits >> 8, (bits & 0x80) != 0};
 }
 
 /// Pushes the first value of the key at index 2 in the tables of the chain, or calls the getter of that name.
 /// The look-ups that failed before it stay on the stack.
-int searchChain(lua_State* L)
+int searchChain(lua_State* L, const Chain& chain)
 {
-  const Chain chain = toChain(lua_touserdata(L, lua_upvalueindex(1)));
   for (int i = 0; i < static_cast<int>(chain.size); ++i) {
     lua_pushvalue(L, 2);
     lua_rawget(L, lua_upvalueindex(3 + i));
@@ -135,17 +138,20 @@ int searchChain(lua_State* L)
 /// A class table whose base this class is, or an object that asked its class table.
 int baseIndex(lua_State* L)
 {
-  lua_pushvalue(L, lua_upvalueindex(2));
-  lua_rawget(L, 1);
-  if (lua_istable(L, -1)) { // variables without an object
-    lua_pushvalue(L, 2);
-    lua_rawget(L, -2);
-    if (const lua_CFunction getter = lua_tocfunction(L, -1)) {
-      lua_settop(L, 2);
-      return getter(L);
+  const Chain chain = toChain(lua_touserdata(L, lua_upvalueindex(1)));
+  if (chain.derivedHaveVariables) {
+    lua_pushvalue(L, lua_upvalueindex(2));
+    lua_rawget(L, 1);
+    if (lua_istable(L, -1)) {
+      lua_pushvalue(L, 2);
+      lua_rawget(L, -2);
+      if (const lua_CFunction getter = lua_tocfunction(L, -1)) {
+        lua_settop(L, 2);
+        return getter(L);
+      }
     }
   }
-  return isInherited(L) ? searchChain(L) : 0;
+  return isInherited(L) ? searchChain(L, chain) : 0;
 }
 
 /// Upvalues: the chain, ".get", then the tables: of each class its own and that of its getters.
@@ -159,7 +165,7 @@ int memberIndex(lua_State* L)
     lua_gettable(L, -2);
     if (!lua_isnil(L, -1)) return 1;
   }
-  return searchChain(L);
+  return searchChain(L, toChain(lua_touserdata(L, lua_upvalueindex(1))));
 }
 
 /// The same for a class with index operators.
@@ -359,7 +365,8 @@ int firstIndex(lua_State* L)
   if (lua_istable(L, 1) || !isDirect(L, classTable)) {
     lua_pushnil(L);
     lua_pushliteral(L, ".get");
-    const Chain chain = pushTables(L, classTable, ".get", true);
+    Chain chain = pushTables(L, classTable, ".get", true);
+    chain.derivedHaveVariables = (traitsOf(L, classTable) & DERIVED_HAVE_VARIABLES) != 0;
     pushChain(L, chain);
     lua_replace(L, classTable + 1);
     const bool hasElements = hasInChain(L, classTable, ".geti");
@@ -398,7 +405,10 @@ int firstNewIndex(lua_State* L)
 void classChanged(lua_State* L, bool isBase)
 {
   const int classTable = lua_gettop(L);
-  if (isBase) setTraits(L, classTable, traitsOf(L, classTable) | IS_BASE);
+  if (isBase) addTrait(L, classTable, IS_BASE);
+  if (rawField(L, ".get") && lua_getmetatable(L, classTable))
+    addTrait(L, lua_gettop(L), DERIVED_HAVE_VARIABLES);
+  lua_settop(L, classTable);
   pushRegistered(L, s_inUse);
   for (lua_pushnil(L); lua_next(L, classTable + 1);) {
     lua_pop(L, 1);
@@ -415,9 +425,8 @@ void objectHasFields(lua_State* L, int handle)
   if (!lua_getmetatable(L, handle)) return;
   toClassTable(L);
   const int classTable = lua_gettop(L);
-  const int traits = traitsOf(L, classTable);
-  if ((traits & HAS_FIELDS) == 0) {
-    setTraits(L, classTable, traits | HAS_FIELDS);
+  if ((traitsOf(L, classTable) & HAS_FIELDS) == 0) {
+    addTrait(L, classTable, HAS_FIELDS);
     resetClass(L, classTable);
   }
   lua_pop(L, 1);
