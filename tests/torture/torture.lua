@@ -50,12 +50,14 @@ while log.count < options.calls and os.time() < finish do
 end
 actions:reset()
 
-local succeeded, never = 0, {}
+local wrappers, succeeded, never = 0, 0, {}
 for _, f in ipairs(surface.functions) do
-  if calls.succeeded[f.name] then succeeded = succeeded + 1 else never[#never + 1] = f.name end
+  if not f.event then
+    wrappers = wrappers + 1
+    if calls.succeeded[f.name] then succeeded = succeeded + 1 else never[#never + 1] = f.name end
+  end
 end
-print(("seed %d: %d calls; %d of %d functions were called with success"):format(options.seed, log.count, succeeded,
-  #surface.functions))
+print(("seed %d: %d calls; %d of %d functions were called with success"):format(options.seed, log.count, succeeded, wrappers))
 if options.verbose then print("never: " .. table.concat(never, " ")) end
 local failed = false
 for text in pairs(calls.strange) do

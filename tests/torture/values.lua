@@ -101,6 +101,15 @@ function values:standIn()
   return t
 end
 
+-- What acts when it is collected, which is in the middle of anything. It must not fail: LuaJIT lets such errors pass
+-- by pcall.
+function values:finalised()
+  local proxy = newproxy(true)
+  local act = self.callback()
+  getmetatable(proxy).__gc = function() pcall(act) end
+  return proxy
+end
+
 local MAKERS = {
   function() return nil end,
   function(self) return self.random:oneIn(2) end,
@@ -118,6 +127,7 @@ local MAKERS = {
   function() return coroutine.create(function() end) end,
   function() return io.stdout end,
   function() return newproxy(true) end,
+  values.finalised,
   function() return newproxy() end,
   function(self) return self:existing("userdata") end,
 }
