@@ -12,8 +12,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-extern char** environ;
-
 namespace bench {
 
 namespace {
@@ -43,6 +41,7 @@ template <class Work> double milliseconds(Work work)
 template <class Work> double medianTime(int repetitions, Work work)
 {
   std::vector<double> times;
+  times.reserve(static_cast<std::size_t>(repetitions));
   for (int i = 0; i < repetitions; ++i) times.push_back(work());
   return median(times);
 }
@@ -82,24 +81,26 @@ KeptValue keptValue(Session& session, int count)
   return value;
 }
 
-void printOpening(int repetitions)
+double openingTime()
+{
+  lua_State* L = nullptr;
+  const double time = milliseconds([&] { L = OURS.open(); });
+  if (!L) throw std::runtime_error("cannot open the tree");
+  OURS.close(L);
+  return time;
+}
+
+void printOpening(double first, int repetitions)
 {
   kelLua::ScriptManager* manager = kelLua::ScriptManager::instance(true);
-  const auto open = [&] {
-    manager->closeState();
-    return milliseconds([&] {
-      if (!OURS.open()) throw std::runtime_error("cannot open the tree");
-    });
-  };
-  const double first = open();
-  const double next = medianTime(repetitions, open);
+  const double next = medianTime(repetitions, openingTime);
   const auto bare = [&] {
     manager->closeState();
     return milliseconds([&] { manager->openState(); });
   };
   const double alone = medianTime(repetitions, bare);
   const double libraries = luaBytes(manager->getState());
-  open();
+  OURS.open();
   const double opened = lua_gc(manager->getState(), LUA_GCCOUNT, 0) * 1024.0;
   const double collected = luaBytes(manager->getState());
   manager->closeState();

@@ -32,7 +32,7 @@ int fireAddNotification(lua_State* L)
 
 double threadTime()
 {
-  timespec now;
+  timespec now = {};
   clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
   return static_cast<double>(now.tv_sec) * 1e9 + static_cast<double>(now.tv_nsec);
 }

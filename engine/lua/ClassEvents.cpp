@@ -1,5 +1,6 @@
 #include "ClassEvents.h"
 #include "Members.h"
+#include "pushWrapper.h"
 #include "toluaFunctions.h"
 #include <array>
 #include <cstdint>
@@ -45,13 +46,12 @@ int onlyFirst(lua_State* L, int numResults)
 /// Upvalue: the name of the operation, such as ".add".
 int operate(lua_State* L)
 {
-  lua_settop(L, 2);
   if (lua_type(L, 1) == LUA_TUSERDATA && lua_getmetatable(L, 1)) {
     do {
       lua_pushvalue(L, lua_upvalueindex(1));
       lua_rawget(L, -2);
       if (const lua_CFunction wrapper = operatorAt(L)) {
-        lua_settop(L, 2);
+        lua_settop(L, -3);
         return onlyFirst(L, wrapper(L));
       }
       if (lua_isfunction(L, -1)) {
@@ -142,19 +142,29 @@ constexpr Event SHARED[] = {{"__index", members::firstIndex, nullptr},
                             {"__call", call, ".call"},
                             {"__unm", unaryMinus, nullptr},
                             {"__tostring", toText, nullptr}};
-/// One function each in a class, plain and const: Lua compares two objects by it only if both have the same.
-constexpr Event OWN[] = {{"__eq", equal, nullptr}, {"__lt", operate, ".lt"}, {"__le", operate, ".le"}};
+/// One function each in a metatable: Lua compares two objects only by a function that both have.
+constexpr Event COMPARISONS[] = {{"__lt", operate, ".lt"}, {"__le", operate, ".le"}};
+/// The one that plain and const objects share, so that a view may equal a value.
+constexpr Event EQUALITY = {"__eq", equal, nullptr};
 
 void pushEvent(lua_State* L, const Event& event)
 {
   if (event.operation) lua_pushstring(L, event.operation);
-  lua_pushcclosure(L, event.function, event.operation ? 1 : 0);
+  pushWrapper(L, event.function, event.operation ? 1 : 0);
 }
 
 void pushEvents(lua_State* L)
 {
   lua_pushlightuserdata(L, const_cast<char*>(&s_events));
   lua_rawget(L, LUA_REGISTRYINDEX);
+}
+
+/// metatable[name] = the function on top, which stays.
+void setEvent(lua_State* L, int metatable, const char* name)
+{
+  lua_pushstring(L, name);
+  lua_pushvalue(L, -2);
+  lua_rawset(L, metatable);
 }
 
 /// Sets the shared events of the metatable at an index.
@@ -169,27 +179,50 @@ void addSharedEvents(lua_State* L, int metatable)
   lua_pop(L, 1);
 }
 
-/// Pushes the metatable of a type string, with its name in the registry.
-void pushNewMetatable(lua_State* L, const char* name)
+/// Pushes the metatable of a type string, a new one with its name in the registry if there is none. One that
+/// a stock tolua++ of somebody else's has made gets our events, too, but keeps its finaliser.
+void pushTypeMetatable(lua_State* L, const char* name)
 {
-  luaL_newmetatable(L, name);
-  lua_pushvalue(L, -1);
-  lua_pushstring(L, name);
-  lua_rawset(L, LUA_REGISTRYINDEX);
-  addSharedEvents(L, lua_gettop(L));
+  const bool isNew = luaL_newmetatable(L, name) != 0;
+  if (isNew) {
+    lua_pushvalue(L, -1);
+    lua_pushstring(L, name);
+    lua_rawset(L, LUA_REGISTRYINDEX);
+  }
+  const int metatable = lua_gettop(L);
+  lua_pushliteral(L, "__gc");
+  lua_rawget(L, metatable);
+  addSharedEvents(L, metatable);
+  if (isNew) return lua_settop(L, metatable);
+  lua_pushliteral(L, "__gc");
+  lua_insert(L, -2);
+  lua_rawset(L, metatable);
 }
 
-/// table tolua_super[metatable at an index] = {}; pushes it. tolua++ makes one only for classes with members,
-/// but takes it for granted when it pushes an object for a second time, and otherwise changes a stranger's
-/// type.
-void pushNewBases(lua_State* L, int metatable)
+/// Pushes tolua_super[metatable at an index], the set of its bases. tolua++ makes one only for classes with
+/// members, but takes it for granted when it pushes an object for a second time, and otherwise changes a
+/// stranger's type.
+void pushBases(lua_State* L, int metatable)
 {
   lua_pushliteral(L, "tolua_super");
   lua_rawget(L, LUA_REGISTRYINDEX);
-  lua_newtable(L);
   lua_pushvalue(L, metatable);
-  lua_pushvalue(L, -2);
-  lua_rawset(L, -4);
+  lua_rawget(L, -2);
+  if (!lua_istable(L, -1)) {
+    lua_pop(L, 1);
+    lua_newtable(L);
+    lua_pushvalue(L, metatable);
+    lua_pushvalue(L, -2);
+    lua_rawset(L, -4);
+  }
+  lua_remove(L, -2);
+}
+
+void pushSharedFinaliser(lua_State* L)
+{
+  pushEvents(L);
+  lua_pushliteral(L, "__gc");
+  lua_rawget(L, -2);
   lua_remove(L, -2);
 }
 
@@ -224,46 +257,47 @@ void openClassEvents(lua_State* L)
   openToluaFunctions(L);
 }
 
-bool addType(lua_State* L, const char* type)
+void addType(lua_State* L, const char* type)
 {
   const int top = lua_gettop(L);
   luaL_getmetatable(L, type);
-  if (lua_istable(L, -1)) {
-    const bool isOurs = rawField(L, "__tostring");
-    lua_settop(L, top);
-    return isOurs;
-  }
-  lua_pop(L, 1);
-  pushNewMetatable(L, type);
+  if (lua_istable(L, -1) && rawField(L, "__tostring")) return lua_settop(L, top);
+  lua_settop(L, top);
+  pushTypeMetatable(L, type);
   lua_pushfstring(L, "const %s", type);
   const char* constType = lua_tostring(L, -1);
-  pushNewMetatable(L, constType);
-  for (const Event& event : OWN) {
-    pushEvent(L, event);
-    lua_pushstring(L, event.name);
-    lua_pushvalue(L, -2);
-    lua_rawset(L, top + 1);
-    lua_pushstring(L, event.name);
-    lua_insert(L, -2);
-    lua_rawset(L, top + 3);
-  }
-  pushNewBases(L, top + 3);
-  pushNewBases(L, top + 1);
+  pushTypeMetatable(L, constType);
+  pushEvent(L, EQUALITY);
+  setEvent(L, top + 1, EQUALITY.name);
+  setEvent(L, top + 3, EQUALITY.name);
+  for (const int metatable : {top + 1, top + 3})
+    for (const Event& event : COMPARISONS) {
+      pushEvent(L, event);
+      setEvent(L, metatable, event.name);
+    }
+  lua_settop(L, top + 3);
+  pushBases(L, top + 3);
+  pushBases(L, top + 1);
   lua_pushboolean(L, 1);
   lua_setfield(L, -2, constType); // a plain object is a const one, too
   lua_settop(L, top);
-  return true;
 }
 
 void dropFinaliser(lua_State* L, const char* type)
 {
+  const int top = lua_gettop(L);
   for (const char* prefix : {"", "const "}) {
     lua_pushfstring(L, "%s%s", prefix, type);
     lua_rawget(L, LUA_REGISTRYINDEX);
+    pushSharedFinaliser(L);
     lua_pushliteral(L, "__gc");
-    lua_pushnil(L);
-    lua_rawset(L, -3);
-    lua_pop(L, 1);
+    lua_rawget(L, top + 1);
+    if (lua_rawequal(L, -1, -2)) {
+      lua_pushliteral(L, "__gc");
+      lua_pushnil(L);
+      lua_rawset(L, top + 1);
+    }
+    lua_settop(L, top);
   }
 }
 
@@ -273,9 +307,7 @@ void restoreFinaliser(lua_State* L, int handle)
   if (!lua_getmetatable(L, handle)) return;
   if (!rawField(L, "__gc")) {
     lua_pushliteral(L, "__gc");
-    pushEvents(L);
-    rawField(L, "__gc");
-    lua_remove(L, -2);
+    pushSharedFinaliser(L);
     lua_rawset(L, top + 1);
   }
   lua_settop(L, top);

@@ -86,7 +86,10 @@ bool isReference(lua_State* L, int n, void*& object, const Type& type, tolua_Err
 
 bool isNumber(lua_State* L, int n, tolua_Error* failure)
 {
-  return lua_type(L, n) == LUA_TNUMBER || tolua_isnumber(L, n, 0, failure) != 0;
+  const int kind = lua_type(L, n);
+  if (kind == LUA_TNUMBER || (kind == LUA_TSTRING && lua_isnumber(L, n))) return true;
+  *failure = {n, 0, "number"};
+  return false;
 }
 
 } // namespace slow

@@ -309,22 +309,27 @@ void pushOne(lua_State* L, const void* object, const wrap::Type& type)
   lua_settop(L, top + 1);
 }
 
-/// Pushes the argument that is a handle on the object with the type's string; false if none is. A method may
-/// return self or an argument by reference, and a value inside its handle must not get a second one.
-bool pushGiven(lua_State* L, const void* object, const wrap::Type& type)
+/// Pushes the argument at an index if it is a handle on the object with the type's string.
+bool pushIfSame(lua_State* L, int index, const void* object, const wrap::Type& type)
 {
+  auto** handle = static_cast<void**>(lua_touserdata(L, index));
+  if (!handle || lua_objlen(L, index) < sizeof(void*) || *handle != object || !lua_getmetatable(L, index))
+    return false;
+  wrap::pushMetatable(L, type);
+  const bool same = lua_rawequal(L, -1, -2) != 0;
+  lua_settop(L, -3);
+  if (same) lua_pushvalue(L, index);
+  return same;
+}
+
+/// The same for any argument. A method may return self or an argument by reference, and a value inside its
+/// handle must not get a second one.
+bool pushGiven(lua_State* L, const void* object, const wrap::Type& type, bool isOwner)
+{
+  if (isOwner && pushIfSame(L, 1, object, type)) return true;
   const int top = lua_gettop(L);
-  for (int i = 1; i <= top; ++i) {
-    if (lua_type(L, i) != LUA_TUSERDATA || lua_objlen(L, i) < sizeof(void*) ||
-        *static_cast<void**>(lua_touserdata(L, i)) != object || !lua_getmetatable(L, i))
-      continue;
-    wrap::pushMetatable(L, type);
-    const bool same = lua_rawequal(L, -1, -2) != 0;
-    lua_settop(L, top);
-    if (!same) continue;
-    lua_pushvalue(L, i);
-    return true;
-  }
+  for (int i = 2; i <= top; ++i)
+    if (pushIfSame(L, i, object, type)) return true;
   return false;
 }
 
@@ -368,7 +373,7 @@ State* find(lua_State* L)
 bool pushOwnTable(lua_State* L, int handle)
 {
   lua_getfenv(L, handle);
-  if (lua_istable(L, -1) && !lua_rawequal(L, -1, TOLUA_NOPEER)) return true;
+  if (!lua_rawequal(L, -1, TOLUA_NOPEER) && lua_istable(L, -1)) return true;
   lua_pop(L, 1);
   return false;
 }
@@ -413,12 +418,13 @@ void pushCounted(lua_State* L, const kel::Referenced* counted, const void* objec
   if (adapter) adapterTop(L, object, false);
 }
 
-void pushMember(lua_State* L, const void* object, const wrap::Type& type, int owner)
+void pushMember(lua_State* L, const void* object, const wrap::Type& type, bool isOwner)
 {
   if (!object) return lua_pushnil(L);
   clearReported();
-  if (pushGiven(L, object, type) || pushFound(L, object, type, isMember)) return;
+  if (pushGiven(L, object, type, isOwner) || pushFound(L, object, type, isMember)) return;
 
+  constexpr int owner = 1;
   const State& state = get(L);
   pushOne(L, object, type);
   const int handle = lua_gettop(L);
@@ -527,10 +533,10 @@ void keepAdapter(lua_State* L, const void* object) { assign(L, get(L).kept, obje
 void pushAdapter(lua_State* L, const void* object)
 {
   const State& state = get(L);
-  lookUp(L, state.kept, object);
+  lookUp(L, state.adapters, object); // both, or only the other one if the handle was finalised
   if (!lua_isnil(L, -1)) return;
   lua_pop(L, 1);
-  lookUp(L, state.adapters, object);
+  lookUp(L, state.kept, object);
 }
 
 void forgetAdapter(const void* object) noexcept

@@ -1,6 +1,8 @@
 #include "Members.h"
 #include "HandleState.h"
+#include "pushWrapper.h"
 #include <cctype>
+#include <cstdint>
 #include <cstring>
 #include <tolua++.h>
 
@@ -8,8 +10,8 @@ namespace kelLua::members {
 
 namespace {
 
-/// registry[&s_caches]: the set of tables in which classes remember, as weak keys.
-const char s_caches = 0;
+/// registry[&s_inUse]: the set of metatables whose events know their bases.
+const char s_inUse = 0;
 /// registry[&s_traits]: class table -> its traits, a number.
 const char s_traits = 0;
 enum Trait
@@ -78,7 +80,7 @@ int tableIndex(lua_State* L)
   return 0;
 }
 
-// ---- What a class remembers: key -> the table that holds it, or the getter as a light userdata.
+// ---- What is known of classes
 
 void pushRegistered(lua_State* L, const char& key)
 {
@@ -87,64 +89,9 @@ void pushRegistered(lua_State* L, const char& key)
   if (lua_istable(L, -1)) return;
   lua_pop(L, 1);
   lua_newtable(L);
-  lua_createtable(L, 0, 1);
-  lua_pushliteral(L, "k");
-  lua_setfield(L, -2, "__mode");
-  lua_setmetatable(L, -2);
   lua_pushlightuserdata(L, const_cast<char*>(&key));
   lua_pushvalue(L, -2);
   lua_rawset(L, LUA_REGISTRYINDEX);
-}
-
-/// Pushes a new table to remember in.
-void pushNewCache(lua_State* L)
-{
-  lua_newtable(L);
-  pushRegistered(L, s_caches);
-  lua_pushvalue(L, -2);
-  lua_pushboolean(L, 1);
-  lua_rawset(L, -3);
-  lua_pop(L, 1);
-}
-
-/// Takes the key on top out of the table at an index if it is there; pops it. Lua would make room for a
-/// missing one.
-void eraseTop(lua_State* L, int table)
-{
-  lua_pushvalue(L, -1);
-  lua_rawget(L, table);
-  const bool known = !lua_isnil(L, -1);
-  lua_pop(L, 1);
-  if (!known) return lua_pop(L, 1);
-  lua_pushnil(L);
-  lua_rawset(L, table);
-}
-
-/// Lets all classes forget one key, at an index.
-void forgetKey(lua_State* L, int key)
-{
-  const int top = lua_gettop(L);
-  pushRegistered(L, s_caches);
-  for (lua_pushnil(L); lua_next(L, top + 1); lua_pop(L, 1)) {
-    lua_pushvalue(L, key);
-    eraseTop(L, top + 2);
-  }
-  lua_settop(L, top);
-}
-
-/// Lets all classes forget everything.
-void forgetAll(lua_State* L)
-{
-  const int top = lua_gettop(L);
-  pushRegistered(L, s_caches);
-  for (lua_pushnil(L); lua_next(L, top + 1); lua_settop(L, top + 2))
-    for (lua_pushnil(L); lua_next(L, top + 2);) {
-      lua_pop(L, 1);
-      lua_pushvalue(L, -1);
-      lua_pushnil(L);
-      lua_rawset(L, top + 2);
-    }
-  lua_settop(L, top);
 }
 
 int traitsOf(lua_State* L, int classTable)
@@ -167,74 +114,52 @@ void setTraits(lua_State* L, int classTable, int traits)
   lua_pop(L, 1);
 }
 
-/// table[key at index 2] = light(function), for the table at an index.
-void rememberFunction(lua_State* L, int table, lua_CFunction function)
+// ---- The events of a class in use: closures over the tables to search, nearest class first.
+
+/// What a closure searches: `size` tables, its last upvalues. Bit i says that table i holds accessors.
+struct Chain
 {
-  lua_pushvalue(L, 2);
-  lua_pushlightuserdata(L, reinterpret_cast<void*>(function));
-  lua_rawset(L, table);
+  std::uintptr_t size = 0;
+  std::uintptr_t accessors = 0;
+};
+constexpr std::uintptr_t maxChain = 14; ///< Each look-up that fails takes a place on the stack.
+
+void pushChain(lua_State* L, Chain chain)
+{
+  lua_pushlightuserdata(L, reinterpret_cast<void*>(chain.size | chain.accessors << 8));
+}
+Chain toChain(const void* word)
+{
+  const auto bits = reinterpret_cast<std::uintptr_t>(word);
+  return {bits & 0xFF, bits >> 8};
 }
 
-/// Searches the classes of the object at index 1 for the name at index 2, remembers in which table it lies,
-/// and gives its value.
-int findMember(lua_State* L)
-{
-  const int cache = lua_upvalueindex(2);
-  lua_settop(L, 2);
-  lua_pushvalue(L, 1);
-  while (toMetatable(L)) {
-    lua_pushvalue(L, 2);
-    lua_rawget(L, -2);
-    if (!lua_isnil(L, -1)) {
-      lua_pushvalue(L, 2);
-      lua_pushvalue(L, -3);
-      lua_rawset(L, cache);
-      return 1;
-    }
-    lua_pop(L, 1);
-    if (!accessor(L, ".get")) continue;
-    const lua_CFunction getter = lua_tocfunction(L, -1);
-    rememberFunction(L, cache, getter);
-    lua_pushvalue(L, 1);
-    lua_pushvalue(L, 2);
-    lua_call(L, 2, 1);
-    return 1;
-  }
-  return 0;
-}
-
-// ---- The events of a class in use. Upvalues of `__index`: class table, cache; of `__newindex`: cache.
-
+/// Upvalues: the chain, then its tables: of each class its own and that of its getters.
 int memberIndex(lua_State* L)
 {
-  if (lua_type(L, 1) != LUA_TUSERDATA) return tableIndex(L);
   lua_getfenv(L, 1);
-  if (!lua_rawequal(L, -1, TOLUA_NOPEER) && lua_istable(L, -1)) {
+  if (!lua_rawequal(L, -1, TOLUA_NOPEER)) {
+    if (lua_type(L, 1) != LUA_TUSERDATA) {
+      lua_settop(L, 2);
+      return tableIndex(L);
+    }
     lua_pushvalue(L, 2);
     lua_gettable(L, -2);
     if (!lua_isnil(L, -1)) return 1;
     lua_settop(L, 2);
   }
-  lua_pushvalue(L, 2);
-  lua_rawget(L, lua_upvalueindex(1));
-  if (!lua_isnil(L, -1)) return 1;
-  lua_pushvalue(L, 2);
-  lua_rawget(L, lua_upvalueindex(2));
-  switch (lua_type(L, -1)) {
-  case LUA_TTABLE:
+  const Chain chain = toChain(lua_touserdata(L, lua_upvalueindex(1)));
+  for (int i = 0; i < static_cast<int>(chain.size); ++i) {
     lua_pushvalue(L, 2);
-    lua_rawget(L, -2);
-    if (!lua_isnil(L, -1)) return 1;
-    break;
-  case LUA_TLIGHTUSERDATA: {
-    const auto getter = reinterpret_cast<lua_CFunction>(lua_touserdata(L, -1));
-    lua_settop(L, 2);
-    return getter(L);
+    lua_rawget(L, lua_upvalueindex(2 + i));
+    if (lua_isnil(L, -1)) continue;
+    if ((chain.accessors >> i & 1) == 0) return 1;
+    if (const lua_CFunction getter = lua_tocfunction(L, -1)) {
+      lua_settop(L, 2);
+      return getter(L);
+    }
   }
-  default:
-    break;
-  }
-  return findMember(L);
+  return 0;
 }
 
 /// The same for a class with index operators.
@@ -262,29 +187,10 @@ int setField(lua_State* L)
     lua_pushvalue(L, -1);
     lua_setfenv(L, 1);
   }
-  objectHasFields(L, 1);
+  if (!lua_toboolean(L, lua_upvalueindex(2))) objectHasFields(L, 1);
   lua_insert(L, 2);
   lua_settable(L, 2);
   return 0;
-}
-
-/// Searches the classes of the object at index 1 for a setter of the name at index 2 and remembers it, or
-/// that there is none.
-int findSetter(lua_State* L)
-{
-  const int cache = lua_upvalueindex(1);
-  lua_pushvalue(L, 1);
-  while (toMetatable(L)) {
-    if (!accessor(L, ".set")) continue;
-    rememberFunction(L, cache, lua_tocfunction(L, -1));
-    lua_pushvalue(L, 1);
-    lua_pushvalue(L, 3);
-    lua_call(L, 2, 0);
-    return 0;
-  }
-  lua_settop(L, 3);
-  if (lua_type(L, 2) == LUA_TSTRING) rememberFunction(L, cache, setField);
-  return setField(L);
 }
 
 int tableNewIndex(lua_State* L)
@@ -299,29 +205,33 @@ int tableNewIndex(lua_State* L)
     return 0;
   } while (toMetatable(L));
   lua_settop(L, 3);
-  luaL_argcheck(L, !lua_isnil(L, 2), 2, "a key is nil");
-  forgetKey(L, 2);
+  if (lua_isnil(L, 2)) return luaL_error(L, "index is nil");
   lua_rawset(L, 1);
   return 0;
 }
 
+/// Upvalues: the chain, whether objects may have fields of a script's own, and the tables of setters.
 int memberNewIndex(lua_State* L)
 {
   if (lua_type(L, 1) != LUA_TUSERDATA) return tableNewIndex(L);
-  lua_pushvalue(L, 2);
-  lua_rawget(L, lua_upvalueindex(1));
-  const auto setter = reinterpret_cast<lua_CFunction>(lua_touserdata(L, -1));
+  if (isElement(L) && findOperation(L, ".seti")) {
+    lua_insert(L, 1);
+    lua_settop(L, 4);
+    lua_call(L, 3, 0);
+    return 0;
+  }
   lua_settop(L, 3);
-  if (setter == setField) return setField(L);
-  if (setter) {
+  const Chain chain = toChain(lua_touserdata(L, lua_upvalueindex(1)));
+  for (int i = 0; i < static_cast<int>(chain.size); ++i) {
+    lua_pushvalue(L, 2);
+    lua_rawget(L, lua_upvalueindex(3 + i));
+    const lua_CFunction setter = lua_tocfunction(L, -1);
+    lua_settop(L, 3);
+    if (!setter) continue;
     lua_remove(L, 2);
     return setter(L);
   }
-  if (!isElement(L) || !findOperation(L, ".seti")) return findSetter(L);
-  lua_insert(L, 1);
-  lua_settop(L, 4);
-  lua_call(L, 3, 0);
-  return 0;
+  return setField(L);
 }
 
 // ---- How a class comes into use.
@@ -360,24 +270,56 @@ bool isDirect(lua_State* L, int classTable)
   return result;
 }
 
-/// Lets the class table at an index come into use anew, its const twin, too.
-void reset(lua_State* L, int classTable)
+/// Pushes the chain of a class and its tables: the class tables with what they have under the key, such as
+/// ".get", or only that.
+Chain pushTables(lua_State* L, int classTable, const char* accessors, bool withClasses)
 {
-  const int top = lua_gettop(L);
+  Chain chain;
   lua_pushvalue(L, classTable);
+  do {
+    if (withClasses && chain.size < maxChain) {
+      lua_pushvalue(L, -1);
+      lua_insert(L, -2);
+      ++chain.size;
+    }
+    if (chain.size < maxChain && rawField(L, accessors)) {
+      lua_insert(L, -2);
+      chain.accessors |= std::uintptr_t{1} << chain.size++;
+    }
+  } while (toMetatable(L));
+  return chain;
+}
+
+/// Lets the metatable at an index come into use anew.
+void reset(lua_State* L, int metatable)
+{
+  for (const luaL_Reg& event : {luaL_Reg{"__index", firstIndex}, luaL_Reg{"__newindex", firstNewIndex}}) {
+    lua_pushstring(L, event.name);
+    lua_pushcfunction(L, event.func);
+    lua_rawset(L, metatable);
+  }
+}
+
+/// The same for the class table at an index and its const twin.
+void resetClass(lua_State* L, int classTable)
+{
+  reset(L, classTable);
   lua_pushvalue(L, classTable);
   lua_rawget(L, LUA_REGISTRYINDEX);
   lua_pushfstring(L, "const %s", lua_tostring(L, -1));
   lua_rawget(L, LUA_REGISTRYINDEX);
-  lua_remove(L, -2);
-  for (; lua_gettop(L) > top; lua_pop(L, 1)) {
-    if (!lua_istable(L, -1)) continue;
-    for (const luaL_Reg& event : {luaL_Reg{"__index", firstIndex}, luaL_Reg{"__newindex", firstNewIndex}}) {
-      lua_pushstring(L, event.name);
-      lua_pushcfunction(L, event.func);
-      lua_rawset(L, -3);
-    }
-  }
+  if (lua_istable(L, -1)) reset(L, lua_gettop(L));
+  lua_pop(L, 2);
+}
+
+/// Notes that the events of the metatable at an index know its bases from now on.
+void use(lua_State* L, int metatable)
+{
+  pushRegistered(L, s_inUse);
+  lua_pushvalue(L, metatable);
+  lua_pushboolean(L, 1);
+  lua_rawset(L, -3);
+  lua_pop(L, 1);
 }
 
 } // namespace
@@ -385,14 +327,21 @@ void reset(lua_State* L, int classTable)
 int firstIndex(lua_State* L)
 {
   if (lua_type(L, 1) != LUA_TUSERDATA || !lua_getmetatable(L, 1)) return tableIndex(L);
+  luaL_checkstack(L, 3 * static_cast<int>(maxChain), "a chain of classes");
   const int metatable = lua_gettop(L);
+  use(L, metatable);
+  lua_pushliteral(L, "__index");
   lua_pushvalue(L, metatable);
   toClassTable(L);
-  lua_pushliteral(L, "__index");
-  lua_insert(L, -2);
-  if (!isDirect(L, metatable + 2)) {
-    pushNewCache(L);
-    lua_pushcclosure(L, hasInChain(L, metatable, ".geti") ? elementIndex : memberIndex, 2);
+  const int classTable = lua_gettop(L);
+  if (!isDirect(L, classTable)) {
+    lua_pushnil(L);
+    const Chain chain = pushTables(L, classTable, ".get", true);
+    pushChain(L, chain);
+    lua_replace(L, classTable + 1);
+    const bool hasElements = hasInChain(L, classTable, ".geti");
+    pushWrapper(L, hasElements ? elementIndex : memberIndex, 1 + static_cast<int>(chain.size));
+    lua_remove(L, classTable);
   }
   lua_rawset(L, metatable);
   lua_settop(L, 2);
@@ -403,10 +352,20 @@ int firstIndex(lua_State* L)
 int firstNewIndex(lua_State* L)
 {
   if (lua_type(L, 1) != LUA_TUSERDATA || !lua_getmetatable(L, 1)) return tableNewIndex(L);
+  luaL_checkstack(L, 3 * static_cast<int>(maxChain), "a chain of classes");
+  const int metatable = lua_gettop(L);
+  use(L, metatable);
+  lua_pushvalue(L, metatable);
+  toClassTable(L);
+  const int classTable = lua_gettop(L);
   lua_pushliteral(L, "__newindex");
-  pushNewCache(L);
-  lua_pushcclosure(L, memberNewIndex, 1);
-  lua_rawset(L, -3);
+  lua_pushnil(L);
+  lua_pushboolean(L, (traitsOf(L, classTable) & HAS_FIELDS) != 0);
+  const Chain chain = pushTables(L, classTable, ".set", false);
+  pushChain(L, chain);
+  lua_replace(L, classTable + 2);
+  lua_pushcclosure(L, memberNewIndex, 2 + static_cast<int>(chain.size));
+  lua_rawset(L, metatable);
   lua_settop(L, 3);
   lua_settable(L, 1);
   return 0;
@@ -416,8 +375,15 @@ void classChanged(lua_State* L, bool isBase)
 {
   const int classTable = lua_gettop(L);
   if (isBase) setTraits(L, classTable, traitsOf(L, classTable) | IS_BASE);
-  reset(L, classTable);
-  forgetAll(L);
+  pushRegistered(L, s_inUse);
+  for (lua_pushnil(L); lua_next(L, classTable + 1);) {
+    lua_pop(L, 1);
+    reset(L, classTable + 2);
+    lua_pushvalue(L, -1);
+    lua_pushnil(L);
+    lua_rawset(L, classTable + 1);
+  }
+  lua_settop(L, classTable);
 }
 
 void objectHasFields(lua_State* L, int handle)
@@ -428,7 +394,7 @@ void objectHasFields(lua_State* L, int handle)
   const int traits = traitsOf(L, classTable);
   if ((traits & HAS_FIELDS) == 0) {
     setTraits(L, classTable, traits | HAS_FIELDS);
-    reset(L, classTable);
+    resetClass(L, classTable);
   }
   lua_pop(L, 1);
 }

@@ -7,15 +7,14 @@ namespace kelLua::members {
 /// bases. Class tables show what their bases have, but for constructors, `delete` and operators; a new key of
 /// a class table stays in that table.
 ///
-/// A class in use remembers which table holds a key, never the value, so that what scripts add to classes or
-/// replace there is seen at once.
+/// The events of a class in use know the tables to search, never what those hold, so that what scripts add to
+/// classes or replace there is seen at once.
 
 /// `__index` and `__newindex` of a class that nothing was asked of yet.
 int firstIndex(lua_State* L);
 int firstNewIndex(lua_State* L);
 
-/// The class table on top of the stack got members or, with `isBase`, a derived class: what was remembered of
-/// members ends.
+/// The class table on top of the stack got members or, with `isBase`, a derived class.
 void classChanged(lua_State* L, bool isBase);
 
 /// The handle at a stack index has fields of the script's own from now on.

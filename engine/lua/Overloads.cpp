@@ -21,16 +21,6 @@ const void* classOf(lua_State* L, int n)
 
 } // namespace
 
-Overloads::Shape Overloads::shapeOf(lua_State* L) const
-{
-  Shape shape;
-  const int size = lua_gettop(L) - m_first + 1;
-  if (size < 0 || size > maxArguments) return shape;
-  shape.size = size;
-  for (int i = 0; i < size; ++i) shape.classes[i] = classOf(L, m_first + i);
-  return shape;
-}
-
 /// Whether the winner depends on the shape alone: no texts and tables, and no cleared handles.
 bool Overloads::hasShape(lua_State* L) const
 {
@@ -45,20 +35,33 @@ bool Overloads::hasShape(lua_State* L) const
 
 int Overloads::call(lua_State* L)
 {
-  const Shape shape = shapeOf(L);
-  std::uintptr_t hash = static_cast<std::uintptr_t>(shape.size);
-  for (const void* word : shape.classes) hash = hash * 31 + reinterpret_cast<std::uintptr_t>(word) / 16;
-  Winner& winner = m_winners[(hash * 0x9E3779B97F4A7C15u >> 60) % numWinners];
-  if (winner.function && winner.shape == shape) {
+  const void* classes[maxArguments];
+  const int size = lua_gettop(L) - m_first + 1;
+  if (size < 0 || size > maxArguments) return search(L, m_winners[0], nullptr, size);
+  auto hash = static_cast<std::uintptr_t>(size);
+  for (int i = 0; i < size; ++i) {
+    classes[i] = classOf(L, m_first + i);
+    hash = (hash ^ reinterpret_cast<std::uintptr_t>(classes[i])) * 0x9E3779B97F4A7C15u;
+  }
+  Winner& winner = m_winners[(hash >> 60) % numWinners];
+  if (winner.size == size && std::equal(classes, classes + size, winner.classes)) {
     const int results = winner.function(L);
     if (results != notTaken) return results;
   }
-  const bool lasts = shape.size >= 0 && hasShape(L);
+  return search(L, winner, classes, size);
+}
+
+/// Tries the overloads in turn; what wins becomes the winner for the classes unless they are null.
+int Overloads::search(lua_State* L, Winner& winner, const void* const* classes, int size)
+{
+  const bool lasts = classes && hasShape(L);
   for (int i = 0; i < m_numOverloads; ++i) {
     const int results = m_overloads[i](L);
     if (results == notTaken) continue;
     if (lasts) {
-      winner = {shape, m_overloads[i]};
+      winner.size = size;
+      winner.function = m_overloads[i];
+      std::copy(classes, classes + size, winner.classes);
       if (!std::exchange(m_remembers, true)) m_next = std::exchange(s_remembering, this);
     }
     return results;

@@ -2,6 +2,7 @@
 #include "ClassEvents.h"
 #include "Members.h"
 #include "Report.h"
+#include "pushWrapper.h"
 #include <cstdio>
 
 namespace kelLua::wrap {
@@ -42,7 +43,9 @@ void leave(lua_State* L)
 void enterFunction(lua_State* L, const Entry& entry)
 {
   if (entry.name[0] == '.') addOperator(entry.function);
-  tolua_function(L, entry.name, entry.function);
+  lua_pushstring(L, entry.name);
+  pushWrapper(L, entry.function, 0);
+  lua_rawset(L, -3);
 }
 
 void runChunk(lua_State* L, const Entry& entry)
@@ -55,8 +58,8 @@ void runChunk(lua_State* L, const Entry& entry)
 /// Registers a type and the collector of values that carry its string, plain or const.
 void enterType(lua_State* L, const TypeEntry& entry)
 {
-  const bool isOurs = addType(L, entry.name);
-  if (isOurs && entry.isInline) dropFinaliser(L, entry.name);
+  addType(L, entry.name);
+  if (entry.isInline) dropFinaliser(L, entry.name);
   for (const char* prefix : {"", "const "}) {
     lua_pushfstring(L, "%s%s", prefix, entry.name);
     const Type& each = type(lua_tostring(L, -1));

@@ -24,7 +24,7 @@ int cast(lua_State* L)
   else if (address)
     handles::push(L, object, wrap::type(type));
   else
-    handles::pushMember(L, object, wrap::type(type), 1);
+    handles::pushMember(L, object, wrap::type(type), true);
   return 1;
 }
 
@@ -65,10 +65,9 @@ int takeOwnership(lua_State* L)
 /// in its handle moves to memory of its own.
 int releaseOwnership(lua_State* L)
 {
-  bool released = false;
-  if (handles::isHandle(L, 1)) released = handles::moveOut(L, 1);
-  if (released) {
-    lua_pushboolean(L, 1);
+  const bool isHandle = handles::isHandle(L, 1);
+  if (!isHandle || handles::moveOut(L, 1)) {
+    lua_pushboolean(L, isHandle);
     return 1;
   }
   lua_pushvalue(L, lua_upvalueindex(1));

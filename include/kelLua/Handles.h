@@ -29,10 +29,10 @@ void push(lua_State* L, const void* object, const wrap::Type& type);
 /// Pushes a handle on a counted object; nil for null. Takes no reference. The handle is cleared when it dies.
 void pushCounted(lua_State* L, const kel::Referenced* counted, const void* object, const wrap::Type& type);
 
-/// Pushes a handle on something that lies inside the object at stack index `owner`; nil for null. The new
-/// handle keeps the owner's handle alive and is cleared when the owner dies. An object that is itself the
-/// owner, or another value on the stack, is pushed as the handle that it has.
-void pushMember(lua_State* L, const void* object, const wrap::Type& type, int owner);
+/// Pushes a handle on something that the object at stack index 1 gives and that lies inside it; nil for null.
+/// The new handle keeps the owner's handle alive and is cleared when the owner dies. What is itself the
+/// owner, as `isOwner` says, or another value on the stack is pushed as the handle that it has.
+void pushMember(lua_State* L, const void* object, const wrap::Type& type, bool isOwner);
 
 /// Pushes a handle on a new T that lies inside the handle itself and needs no collector. Only for wrappers:
 /// the type's package must have been opened in this state.
@@ -48,9 +48,7 @@ void pushValue(lua_State* L, const wrap::Type& type, Arguments&&... arguments)
     place = reinterpret_cast<void*>((reinterpret_cast<std::uintptr_t>(place) + slack - 1) & ~(slack - 1));
   *handle = new (place) T(std::forward<Arguments>(arguments)...);
   lua_rawgeti(L, LUA_REGISTRYINDEX, type.metatableKey);
-  lua_setmetatable(L, -2);
-  lua_pushvalue(L, TOLUA_NOPEER);
-  lua_setfenv(L, -2);
+  lua_setmetatable(L, -2); // the environment, and so the lack of own fields, is the wrapper's
 }
 
 /// Whether the value at a stack index is a handle at all.

@@ -94,7 +94,7 @@ inline void** knownHandle(lua_State* L, int n, const Type& type)
 
 /// The class table, or that of a derived class. Where index 1 holds neither, the script left it out: a
 /// placeholder moves the arguments up by one. Always true.
-inline bool isClass(lua_State* L, const Type& type, tolua_Error*)
+inline bool isClass(lua_State* L, const Type& type)
 {
   const void* table = lua_topointer(L, 1);
   return (table && type.accepts(table)) || slow::isClass(L, type);
@@ -148,9 +148,12 @@ inline bool isString(lua_State* L, int n, tolua_Error* failure)
 {
   return lua_type(L, n) == LUA_TSTRING || tolua_isstring(L, n, 0, failure) != 0;
 }
+/// An address, an object or nil; a userdata of another library may be smaller than a pointer.
 inline bool isAddress(lua_State* L, int n, tolua_Error* failure)
 {
-  return tolua_isuserdata(L, n, 0, failure) != 0;
+  if (lua_isnil(L, n) || lua_islightuserdata(L, n) || handles::isHandle(L, n)) return true;
+  *failure = {n, 0, "userdata"};
+  return false;
 }
 inline bool isTable(lua_State* L, int n, tolua_Error* failure)
 {
@@ -159,12 +162,17 @@ inline bool isTable(lua_State* L, int n, tolua_Error* failure)
 /// A table with at least `size` numbers.
 inline bool isNumberArray(lua_State* L, int n, int size, tolua_Error* failure)
 {
-  return tolua_isnumberarray(L, n, size, 0, failure) != 0;
+  const int top = lua_gettop(L);
+  const bool result = tolua_isnumberarray(L, n, size, 0, failure) != 0;
+  lua_settop(L, top); // it leaves the element that failed
+  return result;
 }
 /// No argument from index n on.
 inline bool isEnd(lua_State* L, int n, tolua_Error* failure)
 {
-  return lua_gettop(L) < n || tolua_isnoobj(L, n, failure) != 0;
+  if (lua_gettop(L) < n) return true;
+  *failure = {n, 0, "[no object]"};
+  return false;
 }
 
 inline bool isGiven(lua_State* L, int n) { return !lua_isnoneornil(L, n); }
@@ -280,43 +288,63 @@ void pushObject(lua_State* L, const T* object, const Type& type)
   else
     handles::push(L, object, type);
 }
-/// An object that self gives: counted, or a part of self whose handle lives and dies with that of self.
-template <class T, bool Counted = isCounted<T>>
-void pushMember(lua_State* L, const T* object, const Type& type)
+/// An object that self gives: self, a counted object, or a part of self whose handle lives and dies with that
+/// of self.
+template <class T, class Self>
+void pushMember(lua_State* L, const T* object, const Type& type, const Self* self)
 {
-  if constexpr (Counted)
+  if constexpr (isCounted<T>)
     handles::pushCounted(L, object, object, type);
   else
-    handles::pushMember(L, object, type, 1);
+    handles::pushMember(L, object, type, static_cast<const void*>(object) == self);
 }
+/// Holds a new object until its handle does: pushing raises when Lua has no memory.
+template <class T> struct Unpushed
+{
+  T* object;
+  explicit Unpushed(T* unpushed) : object(unpushed) {}
+  Unpushed(const Unpushed&) = delete;
+  Unpushed& operator=(const Unpushed&) = delete;
+  ~Unpushed()
+  {
+    if constexpr (isCounted<T>) {
+      if (object) object->reference();
+      if (object) object->unreference();
+    } else {
+      delete object;
+    }
+  }
+};
+
 /// A copy that the script owns.
 template <class T> void pushCopy(lua_State* L, T value, const Type& type)
 {
   if constexpr (std::is_trivially_destructible_v<T>) {
     handles::pushValue<T>(L, type, std::move(value));
   } else {
-    handles::push(L, new T(std::move(value)), type);
+    Unpushed<T> copy(new T(std::move(value)));
+    handles::push(L, copy.object, type);
     handles::collectTop(L, sizeof(T));
+    copy.object = nullptr;
   }
 }
 /// A new object; `local` gives the script a reference of its own, or the object itself where T is not
 /// counted.
 template <class T> void pushNew(lua_State* L, T* object, const Type& type, bool local)
 {
-  if constexpr (isCounted<T>) {
-    if (local) object->reference();
-    handles::pushCounted(L, object, object, type);
-  } else if constexpr (std::is_trivially_destructible_v<T>) {
-    if (local) {
-      const std::unique_ptr<T> original(object);
-      return pushCopy<T>(L, *original, type);
-    }
-    handles::push(L, object, type);
-  } else {
-    handles::push(L, object, type);
+  Unpushed<T> unpushed(object);
+  if constexpr (std::is_trivially_destructible_v<T>) {
+    if (local) return pushCopy<T>(L, *object, type);
   }
+  if constexpr (isCounted<T>)
+    handles::pushCounted(L, object, object, type);
+  else
+    handles::push(L, object, type);
   if (local) handles::collectTop(L, sizeof(T));
   if constexpr (isAdapter<T>) handles::adapterTop(L, object->object(), local);
+  if constexpr (isCounted<T>)
+    if (local) object->reference();
+  unpushed.object = nullptr;
 }
 
 /// The same of a T made of these arguments, in place where that is possible.
@@ -397,20 +425,15 @@ private:
   static constexpr int maxArguments = 4;
   static constexpr int numWinners = 16;
 
-  struct Shape
-  {
-    int size = -1;
-    const void* classes[maxArguments] = {};
-    bool operator==(const Shape&) const = default;
-  };
   struct Winner
   {
-    Shape shape;
+    int size = -1; ///< Of the list, from the first argument that counts.
+    const void* classes[maxArguments] = {};
     lua_CFunction function = nullptr;
   };
 
-  Shape shapeOf(lua_State* L) const;
   bool hasShape(lua_State* L) const;
+  int search(lua_State* L, Winner& winner, const void* const* classes, int size);
 
   const lua_CFunction* m_overloads;
   int m_numOverloads;

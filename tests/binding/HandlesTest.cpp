@@ -106,7 +106,7 @@ TEST_F(Handles, DeathClearsTheObjectAndItsParts)
   auto* whole = new Whole;
   whole->reference();
   handles::pushCounted(L, whole, whole, kelLua::wrap::type("test::Whole"));
-  handles::pushMember(L, &whole->part, kelLua::wrap::type("test::Part"), 1);
+  handles::pushMember(L, &whole->part, kelLua::wrap::type("test::Part"), false);
   name("part");
   handles::pushCounted(L, whole, whole, kelLua::wrap::type("test::Whole"));
   EXPECT_TRUE(lua_rawequal(L, -1, -2)) << "one object, one handle";
@@ -157,7 +157,7 @@ TEST_F(Handles, PartKeepsItsOwnersHandle)
   auto* whole = new Whole;
   whole->reference();
   handles::pushCounted(L, whole, whole, kelLua::wrap::type("test::Whole"));
-  handles::pushMember(L, &whole->part, kelLua::wrap::type("test::Part"), 1);
+  handles::pushMember(L, &whole->part, kelLua::wrap::type("test::Part"), false);
   name("part");
   EXPECT_EQ(run("weak = setmetatable({...}, {__mode = 'v'})"), "");
   lua_getglobal(L, "weak");
@@ -250,9 +250,10 @@ TEST_F(Handles, DeletedOwnerClearsItsParts)
 {
   auto* value = new Part[2];
   handles::push(L, value, kelLua::wrap::type("test::Part"));
-  handles::pushMember(L, value + 1, kelLua::wrap::type("test::Part"), 1);
-  handles::pushMember(L, &value[1].value, kelLua::wrap::type("test::Whole"), 2);
-  handles::clear(L, 1);
+  handles::pushMember(L, value + 1, kelLua::wrap::type("test::Part"), false);
+  lua_insert(L, 1);
+  handles::pushMember(L, &value[1].value, kelLua::wrap::type("test::Whole"), false);
+  handles::clear(L, 2);
   for (int i = 1; i <= 3; ++i) EXPECT_EQ(tolua_tousertype(L, i, nullptr), nullptr);
   delete[] value;
 }

@@ -28,30 +28,39 @@ int tolua_test_Golden_test_Vector_new00_any(lua_State* L, bool local)
 {
   tolua_Error e;
   double a2{};
-  if (!(wrap::isClass(L, type_test__Vector, &e) && wrap::isNumber(L, 2, a2, &e) && wrap::isEnd(L, 3, &e)))
+  if (!(wrap::isNumber(L, 2, a2, &e) && wrap::isEnd(L, 3, &e)))
     wrap::failed(L, "new", &e, "       new(number) -> test::Vector\n       new(numberarray) -> test::Vector");
   wrap::construct<test::Vector>(L, type_test__Vector, local, a2);
   return 1;
 }
-int tolua_test_Golden_test_Vector_new00(lua_State* L) { return tolua_test_Golden_test_Vector_new00_any(L, false); }
-int tolua_test_Golden_test_Vector_new00_local(lua_State* L) { return tolua_test_Golden_test_Vector_new00_any(L, true); }
 
 int tolua_test_Golden_test_Vector_new01_any(lua_State* L, bool local)
 {
   tolua_Error e;
-  if (!(wrap::isClass(L, type_test__Vector, &e) && wrap::isEnd(L, 3, &e) && wrap::isTable(L, 2, &e) && wrap::isNumberArray(L, 2, 3, &e)))
+  if (!(wrap::isEnd(L, 3, &e) && wrap::isTable(L, 2, &e) && wrap::isNumberArray(L, 2, 3, &e)))
     return tolua_test_Golden_test_Vector_new00_any(L, local);
   wrap::construct<test::Vector>(L, type_test__Vector, local, wrap::NumberArray<float, 3>(L, 2).values);
   return 1;
 }
-int tolua_test_Golden_test_Vector_new01(lua_State* L) { return tolua_test_Golden_test_Vector_new01_any(L, false); }
-int tolua_test_Golden_test_Vector_new01_local(lua_State* L) { return tolua_test_Golden_test_Vector_new01_any(L, true); }
+
+int tolua_test_Golden_test_Vector_new_any(lua_State* L, bool local)
+{
+  wrap::isClass(L, type_test__Vector);
+  switch (lua_gettop(L)) {
+  case 2:
+    return tolua_test_Golden_test_Vector_new01_any(L, local);
+  default:
+    return tolua_test_Golden_test_Vector_new00_any(L, local);
+  }
+}
+int tolua_test_Golden_test_Vector_new(lua_State* L) { return tolua_test_Golden_test_Vector_new_any(L, false); }
+int tolua_test_Golden_test_Vector_new_local(lua_State* L) { return tolua_test_Golden_test_Vector_new_any(L, true); }
 
 int tolua_test_Golden_test_Vector_axis00(lua_State* L)
 {
   tolua_Error e;
   double a2{};
-  if (!(wrap::isClass(L, type_test__Vector, &e) && wrap::isNumber(L, 2, a2, &e) && wrap::isEnd(L, 3, &e)))
+  if (!(wrap::isClass(L, type_test__Vector) && wrap::isNumber(L, 2, a2, &e) && wrap::isEnd(L, 3, &e)))
     wrap::failed(L, "axis", &e, "       static axis(number) -> test::Vector");
   wrap::pushCopy<test::Vector>(L, test::Vector::axis(wrap::toNumber<int>(a2)), type_test__Vector);
   return 1;
@@ -91,6 +100,18 @@ int tolua_test_Golden_test_Vector_set01(lua_State* L)
   if (!self) wrap::badSelf(L, "set");
   tolua_test_Golden_test_Vector_set01_body(self, a2, wrap::number<unsigned int>(L, 3, static_cast<unsigned int>(0)));
   return 0;
+}
+
+int tolua_test_Golden_test_Vector_set(lua_State* L)
+{
+  switch (lua_gettop(L)) {
+  case 2:
+    return tolua_test_Golden_test_Vector_set01(L);
+  case 3:
+    return tolua_test_Golden_test_Vector_set01(L);
+  default:
+    return tolua_test_Golden_test_Vector_set00(L);
+  }
 }
 
 int tolua_test_Golden_test_Vector__add00(lua_State* L)
@@ -172,15 +193,16 @@ int tolua_set_test__Vector_x(lua_State* L)
 int tolua_test_Golden_test_Body_new00_any(lua_State* L, bool local)
 {
   tolua_Error e;
-  if (!(wrap::isClass(L, type_test__Body, &e) && wrap::isString(L, 2, &e) && wrap::isEnd(L, 3, &e)))
+  if (!(wrap::isClass(L, type_test__Body) && wrap::isString(L, 2, &e) && wrap::isEnd(L, 3, &e)))
     wrap::failed(L, "new", &e, "       new(string) -> test::Body, string");
   std::string a2 = wrap::string(L, 2);
   wrap::construct<test::Body>(L, type_test__Body, local, a2);
   wrap::pushString(L, a2);
   return 2;
 }
-int tolua_test_Golden_test_Body_new00(lua_State* L) { return tolua_test_Golden_test_Body_new00_any(L, false); }
-int tolua_test_Golden_test_Body_new00_local(lua_State* L) { return tolua_test_Golden_test_Body_new00_any(L, true); }
+
+int tolua_test_Golden_test_Body_new(lua_State* L) { return tolua_test_Golden_test_Body_new00_any(L, false); }
+int tolua_test_Golden_test_Body_new_local(lua_State* L) { return tolua_test_Golden_test_Body_new00_any(L, true); }
 
 int tolua_test_Golden_test_Body_Name00(lua_State* L)
 {
@@ -212,7 +234,7 @@ int tolua_test_Golden_test_Body_position00(lua_State* L)
   if (!(wrap::isSelf(L, self, type_test__Body, &e) && wrap::isEnd(L, 2, &e)))
     wrap::failed(L, "position", &e, "       position() -> test::Vector\n       const position() -> const test::Vector");
   if (!self) wrap::badSelf(L, "position");
-  wrap::pushMember<test::Vector>(L, &(self->position()), type_test__Vector);
+  wrap::pushMember<test::Vector>(L, &(self->position()), type_test__Vector, self);
   return 1;
 }
 
@@ -223,14 +245,24 @@ int tolua_test_Golden_test_Body_position01(lua_State* L)
   if (!(wrap::isEnd(L, 2, &e) && wrap::isSelf(L, self, type_const_test__Body, &e)))
     return tolua_test_Golden_test_Body_position00(L);
   if (!self) wrap::badSelf(L, "position");
-  wrap::pushMember<test::Vector>(L, &(self->position()), type_const_test__Vector);
+  wrap::pushMember<test::Vector>(L, &(self->position()), type_const_test__Vector, self);
   return 1;
+}
+
+int tolua_test_Golden_test_Body_position(lua_State* L)
+{
+  switch (lua_gettop(L)) {
+  case 1:
+    return tolua_test_Golden_test_Body_position01(L);
+  default:
+    return tolua_test_Golden_test_Body_position00(L);
+  }
 }
 
 int tolua_get_test__Body_target_ptr(lua_State* L)
 {
   auto* self = wrap::owner<test::Body>(L, type_const_test__Body, "target");
-  wrap::pushMember<test::Body>(L, wrap::plain(self->target), type_test__Body);
+  wrap::pushMember<test::Body>(L, wrap::plain(self->target), type_test__Body, self);
   return 1;
 }
 
@@ -254,7 +286,7 @@ int tolua_get_test__Body_label(lua_State* L)
 int tolua_get_test__Body___test__Streamed__(lua_State* L)
 {
   auto* self = wrap::owner<test::Body>(L, type_const_test__Body, "__test");
-  wrap::pushMember<test::Streamed>(L, self, type_test__Streamed);
+  wrap::pushMember<test::Streamed>(L, self, type_test__Streamed, self);
   return 1;
 }
 
@@ -289,16 +321,12 @@ const wrap::Entry MEMBERS[] = {
     wrap::constant("X", 0),
     wrap::constant("Y", 1),
     wrap::constant("UP", 2),
-    wrap::function("new", tolua_test_Golden_test_Vector_new00),
-    wrap::function("new_local", tolua_test_Golden_test_Vector_new00_local),
-    wrap::function(".call", tolua_test_Golden_test_Vector_new00_local),
-    wrap::function("new", tolua_test_Golden_test_Vector_new01),
-    wrap::function("new_local", tolua_test_Golden_test_Vector_new01_local),
-    wrap::function(".call", tolua_test_Golden_test_Vector_new01_local),
+    wrap::function("new", tolua_test_Golden_test_Vector_new),
+    wrap::function("new_local", tolua_test_Golden_test_Vector_new_local),
+    wrap::function(".call", tolua_test_Golden_test_Vector_new_local),
     wrap::function("axis", tolua_test_Golden_test_Vector_axis00),
     wrap::function("length", tolua_test_Golden_test_Vector_length00),
-    wrap::function("set", tolua_test_Golden_test_Vector_set00),
-    wrap::function("set", tolua_test_Golden_test_Vector_set01),
+    wrap::function("set", tolua_test_Golden_test_Vector_set),
     wrap::function(".add", tolua_test_Golden_test_Vector__add00),
     wrap::function(".sub", tolua_test_Golden_test_Vector__sub00),
     wrap::function(".seti", tolua_test_Golden_test_Vector__seti00),
@@ -307,13 +335,12 @@ const wrap::Entry MEMBERS[] = {
     wrap::variable("x", tolua_get_test__Vector_x, tolua_set_test__Vector_x),
     wrap::end(),
     wrap::klass("Body", "test::Body", "kel::Referenced", tolua_collect_test__Body),
-    wrap::function("new", tolua_test_Golden_test_Body_new00),
-    wrap::function("new_local", tolua_test_Golden_test_Body_new00_local),
-    wrap::function(".call", tolua_test_Golden_test_Body_new00_local),
+    wrap::function("new", tolua_test_Golden_test_Body_new),
+    wrap::function("new_local", tolua_test_Golden_test_Body_new_local),
+    wrap::function(".call", tolua_test_Golden_test_Body_new_local),
     wrap::function("Name", tolua_test_Golden_test_Body_Name00),
     wrap::function("setPosition", tolua_test_Golden_test_Body_setPosition00),
-    wrap::function("position", tolua_test_Golden_test_Body_position00),
-    wrap::function("position", tolua_test_Golden_test_Body_position01),
+    wrap::function("position", tolua_test_Golden_test_Body_position),
     wrap::variable("target", tolua_get_test__Body_target_ptr, tolua_set_test__Body_target_ptr),
     wrap::variable("label", tolua_get_test__Body_label, nullptr),
     wrap::variable("__test__Streamed__", tolua_get_test__Body___test__Streamed__, nullptr),

@@ -41,12 +41,13 @@ function C.guard(t, n)
   return "wrap::"..form.."(L, "..n..fetched..(t.typeString and ", "..record(t.typeString) or "")..", &e)"
 end
 
--- The whole chain of a function; notes each argument's stack index in it. The lowest overload tests from left to right,
+-- The whole chain of a function; notes each argument's stack index in it. The entry function of several overloads looks
+-- after the class table of static ones. The lowest overload tests from left to right,
 -- as its failure is the one that is reported; the others begin with the number of arguments, the cheapest test.
 function C.guards(f)
   local list, last, n = {}, {}, 1
-  if f.self == "class" then list[1] = "wrap::isClass(L, "..record(f.class.type)..", &e)"
-  elseif f.self ~= "none" then
+  if f.self == "class" and #f.overloads == 1 then list[1] = "wrap::isClass(L, "..record(f.class.type)..")"
+  elseif f.self == "plain" or f.self == "const" then
     list[1] = "wrap::isSelf(L, self, "..record((f.self == "const" and "const " or "")..f.class.type)..", &e)"
   end
   if f.self ~= "none" then n = 2 end
@@ -60,7 +61,7 @@ function C.guards(f)
   end
   local isEnd = "wrap::isEnd(L, "..n..", &e)"
   if f.number == 0 then list[#list + 1] = isEnd
-  else table.insert(list, f.self == "class" and 2 or 1, isEnd) end
+  else table.insert(list, 1, isEnd) end
   for _, guard in ipairs(last) do list[#list + 1] = guard end
   return table.concat(list, " && ")
 end

@@ -1,5 +1,5 @@
 -- The C++ source of a package: one short function a wrapper, all behaviour in kelLua/Wrap.h.
-local T, C, signature = load "template", load "cpp_types", load "signature"
+local T, C, O, signature = load "template", load "cpp_types", load "overloads", load "signature"
 
 local FILE = [[
 // Package ${name}, made from ${name}.pkg by the binding generator.
@@ -55,8 +55,7 @@ int ${function}(lua_State* L${local})
   ${call}
   ${extra}
   return ${count};
-}
-${constructors}]]
+}]]
 
 -- the message is copied before the error is raised, so that no exception object is left behind
 local BOUNDED = [[
@@ -68,10 +67,6 @@ try {
   inside = false;
 }
 if (!inside) wrap::outOfRange(L);]]
-
-local CONSTRUCTORS = [[
-int ${wrapper}(lua_State* L) { return ${wrapper}_any(L, false); }
-int ${wrapper}_local(lua_State* L) { return ${wrapper}_any(L, true); }]]
 
 local GETTER = [[
 int ${get}(lua_State* L)
@@ -93,7 +88,7 @@ int ${set}(lua_State* L)
 }]]
 
 local record = C.record
-local function wrapperName(f, number) return f.cname..string.format("%02d", number or f.number) end
+local wrapperName = O.wrapperName
 local function collectorName(typeString) return "tolua_collect_"..C.identifier(typeString) end
 
 local function bodyFunction(f)
@@ -119,7 +114,8 @@ local function pushObject(t, expression, member)
   local type = record(t.typeString)
   if t.kind == "value" then return "wrap::pushCopy<"..t.cpp..">(L, "..expression..", "..type..");" end
   local address = t.kind == "reference" and "&("..expression..")" or "wrap::plain("..expression..")"
-  return "wrap::"..(member and "pushMember" or "pushObject").."<"..t.cpp..">(L, "..address..", "..type..");"
+  if member then return "wrap::pushMember<"..t.cpp..">(L, "..address..", "..type..", self);" end
+  return "wrap::pushObject<"..t.cpp..">(L, "..address..", "..type..");"
 end
 
 local function construct(f, actual)
@@ -147,49 +143,13 @@ local function callText(f, actual)
   return prefix..f.call.."("..table.concat(actual, ", ")..")"
 end
 
--- Overloads that a dispatcher chooses from: where three share a number of arguments, the chain costs more. Those of
--- constructors and static functions stay in a chain, as what they make costs more still.
-local function isDispatched(f)
-  if f.constructor or f.destructor or f.self == "class" then return false end
-  local counts = {}
-  for _, overload in ipairs(f.overloads) do
-    local least = 0
-    for i, argument in ipairs(overload.args) do if not argument.default then least = i end end
-    for n = least, #overload.args do
-      counts[n] = (counts[n] or 0) + 1
-      if counts[n] >= 3 then return true end
-    end
-  end
-  return false
-end
-
 local function otherwise(f, any)
-  if f.number > 0 and isDispatched(f) then return "return wrap::notTaken;" end
+  if f.number > 0 and O.isDispatched(f) then return "return wrap::notTaken;" end
   if f.number > 0 then
     return "return "..wrapperName(f, f.number - 1)..any.."(L"..(f.constructor and ", local" or "")..");"
   end
   local lines = T.each(f.overloads, "\n", function(overload) return "       "..signature.line(overload) end)
   return "wrap::failed(L, "..T.quote(f.name)..", &e, "..T.quote(lines)..");"
-end
-
-local DISPATCHER = [[
-
-
-constexpr lua_CFunction ${all}_all[] = {${overloads}};
-wrap::Overloads ${all}_overloads{${all}_all, ${first}};
-int ${all}(lua_State* L) { return ${all}_overloads.call(L); }]]
-
--- behind the highest overload of a set: what is registered for it
-local function dispatcher(f)
-  if not isDispatched(f) or f ~= f.overloads[#f.overloads] then return "" end
-  local names, sameSelf = {}, true
-  for i = #f.overloads, 1, -1 do
-    names[#names + 1] = wrapperName(f.overloads[i])
-    sameSelf = sameSelf and f.overloads[i].self == f.self
-  end
-  -- self tells overloads apart only where some take a const one
-  local first = hasSelf(f) and sameSelf and 2 or 1
-  return T.fill(DISPATCHER, {all = f.cname, overloads = table.concat(names, ", "), first = first})
 end
 
 local function fetchedLocals(f)
@@ -224,8 +184,7 @@ local function wrapper(f)
     self = hasSelf(f) and "if (!self) wrap::badSelf(L, "..T.quote(f.errorName)..");" or "",
     locals = table.concat(locals, "\n"), call = call, extra = table.concat(extra, "\n"),
     count = results,
-    constructors = f.constructor and T.fill(CONSTRUCTORS, {wrapper = wrapperName(f)}) or "",
-  })..dispatcher(f)
+  })..O.entry(f)
 end
 
 local DESTRUCTOR = [[
@@ -247,7 +206,7 @@ local function variableAccess(v)
   local member = (v.static and "" or "self->")..v.member
   local t, push = v.type
   if v.inherits then
-    push = "wrap::pushMember<"..v.inherits..">(L, self, "..record(v.inherits)..");"
+    push = "wrap::pushMember<"..v.inherits..">(L, self, "..record(v.inherits)..", self);"
   else
     local view = {kind = t.kind == "value" and "reference" or t.kind, cpp = t.cpp, typeString = t.typeString}
     push = pushBasic(t, member) or pushObject(view, member, not v.static)
@@ -325,13 +284,11 @@ local function member(item)
     local collector = item.collected and collectorName(item.type) or "nullptr"
     local names = T.each({item.name, item.type, item.base}, ", ", T.quote)
     return T.lines {"wrap::klass("..names..", "..collector.."),", printer(item), members(item.items), "wrap::end(),"}
-  elseif item.tag == "function" and isDispatched(item) then
-    if item ~= item.overloads[#item.overloads] then return nil end
-    return "wrap::function("..T.quote(item.name)..", "..item.cname.."),"
   elseif item.tag == "function" then
-    local names = item.constructor and {new = "", new_local = "_local", [".call"] = "_local"} or {[item.name] = ""}
+    if not O.isLast(item) then return nil end
+    local suffixes = item.constructor and {new = "", new_local = "_local", [".call"] = "_local"} or {[item.name] = ""}
     return T.each(item.constructor and {"new", "new_local", ".call"} or {item.name}, "\n", function(name)
-      return "wrap::function("..T.quote(name)..", "..wrapperName(item)..names[name].."),"
+      return "wrap::function("..T.quote(name)..", "..O.entryName(item)..suffixes[name].."),"
     end)
   elseif item.tag == "variable" then
     return "wrap::variable("..T.quote(item.name)..", "..item.get..", "..(item.readonly and "nullptr" or item.set).."),"
