@@ -2,8 +2,9 @@
 --
 --   kel tests/torture/torture.lua [--seed N] [--calls K | --seconds S] [--log FILE] [--verbose] [--only-last M]
 --
--- The same seed gives the same calls. --log FILE keeps the last calls in a file. After a crash at call K,
--- `--seed N --calls K --only-last M` shows the last M calls on standard error before each is made.
+-- The same seed gives the same calls, as far as finalisers act at the same moments: in `kel` exactly, when it runs
+-- without address randomisation (`setarch -R kel ...`). --log FILE keeps the last calls in a file. After a crash at
+-- call K, `--seed N --calls K --only-last M` shows the last M calls on standard error before each is made.
 package.path = arg[0]:gsub("[^/]*$", "?.lua;") .. package.path
 local log = require "log"
 
