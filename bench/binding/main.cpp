@@ -4,6 +4,7 @@
 #include "Session.h"
 #include "kel/Logger.h"
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <memory>
@@ -132,7 +133,12 @@ void run(const Options& options)
   const double first = openingTime();
   {
     const Sessions sessions = openSessions();
-    for (const auto& session : sessions) session->run(OBJECTS);
+    int size = 0;
+    for (const auto& session : sessions) {
+      session->run(OBJECTS);
+      size = std::max(size, session->kilobytes());
+    }
+    for (const auto& session : sessions) session->growTo(size);
     printRows(sessions, options);
   }
   if (!options.row.empty() || options.csv) return;
