@@ -1,5 +1,5 @@
--- A short life that goes through every part of the runtime, for the test in which memory fails. Nothing is checked here:
--- a memory error that a pcall caught changes what comes after it.
+-- A short life that goes through every part of the runtime, for the test in which memory fails. Nothing is checked
+-- here: a memory error that a pcall caught changes what comes after it.
 
 -- values, operators, texts
 local a = kel.Vec3(1, 2, 3)

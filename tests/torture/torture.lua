@@ -58,7 +58,8 @@ for _, f in ipairs(surface.functions) do
     if calls.succeeded[f.name] then succeeded = succeeded + 1 else never[#never + 1] = f.name end
   end
 end
-print(("seed %d: %d calls; %d of %d functions were called with success"):format(options.seed, log.count, succeeded, wrappers))
+print(("seed %d: %d calls; %d of %d functions were called with success"):format(options.seed, log.count, succeeded,
+  wrappers))
 if options.verbose then print("never: " .. table.concat(never, " ")) end
 local failed = false
 for text in pairs(calls.strange) do
