@@ -1,5 +1,8 @@
 #include "kel/print.h"
+#include "kel/Interval.h"
 #include "kel/OrthoMatrix3x3.h"
+#include "kel/Plane.h"
+#include "kel/RangeReal.h"
 #include "kel/SPDMatrix3x3.h"
 #include <limits>
 #include <sstream>
@@ -27,6 +30,12 @@ template <class T> std::string list(const T* elements, std::size_t count)
 template <class T> std::string call(const char* name, const T* elements, std::size_t count)
 {
   return std::string(name) + suffix<T>() + "(" + list(elements, count) + ")";
+}
+
+std::string pair(const char* name, Real a, Real b)
+{
+  const Real elements[] = {a, b};
+  return call(name, elements, 2);
 }
 
 template <class Matrix> std::string rows(const char* name, const Matrix& m, std::size_t size)
@@ -80,6 +89,27 @@ std::string toString(const AffineMatrix4x4& m) { return rows("AffineMatrix4x4", 
 std::string toString(const Matrix3x3& m) { return rows("Matrix3x3", m, 3); }
 std::string toString(const OrthoMatrix3x3& m) { return rows("OrthoMatrix3x3", m, 3); }
 std::string toString(const SPDMatrix3x3& m) { return rows("SPDMatrix3x3", m, 3); }
+
+std::string toString(const Bound1& bound) { return pair("Bound1", bound.min(), bound.max()); }
+
+std::string toString(const Bound2& bound)
+{
+  return "Bound2(" + toString(bound.min()) + ", " + toString(bound.max()) + ")";
+}
+
+std::string toString(const Bound3& bound)
+{
+  return "Bound3(" + toString(bound.min()) + ", " + toString(bound.max()) + ")";
+}
+
+std::string toString(const Interval& interval)
+{
+  return pair("Interval", interval.minValue(), interval.maxValue());
+}
+
+std::string toString(const RangeReal& range) { return pair("RangeReal", range.lower(), range.upper()); }
+
+std::string toString(const Plane& plane) { return call("Plane", plane.asVec4().ptr(), 4); }
 
 std::string printVec3(const Vec3& v)
 {

@@ -1,4 +1,5 @@
 #pragma once
+#include "kel/Bound.h"
 #include "kel/EulerAngles.h"
 #include <string>
 
@@ -11,6 +12,9 @@ template <class T> class QuatT;
 template <class T> class AffineMatrix4x4T;
 template <class T> class Matrix3x3T;
 class SPDMatrix3x3;
+class Interval;
+class RangeReal;
+class Plane;
 
 /// Readable forms such as "Vec3(1, 2, 3)", with as many digits as the element type holds safely.
 template <class T> std::string toString(const Vec2T<T>& v);
@@ -25,6 +29,15 @@ std::string toString(const AffineMatrix4x4T<double>& m);
 std::string toString(const Matrix3x3T<double>& m);
 std::string toString(const OrthoMatrix3x3& m);
 std::string toString(const SPDMatrix3x3& m);
+
+/// Minimum and maximum.
+std::string toString(const Bound1& bound);
+std::string toString(const Bound2& bound);
+std::string toString(const Bound3& bound);
+std::string toString(const Interval& interval);
+std::string toString(const RangeReal& range);
+/// The normal, then d.
+std::string toString(const Plane& plane);
 
 /// x, y and z with blanks between, in six significant digits.
 std::string printVec3(const Vec3T<double>& v);
