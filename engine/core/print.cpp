@@ -4,6 +4,7 @@
 #include "kel/Plane.h"
 #include "kel/RangeReal.h"
 #include "kel/SPDMatrix3x3.h"
+#include "kel/Uuid.h"
 #include <limits>
 #include <sstream>
 #include <type_traits>
@@ -110,6 +111,8 @@ std::string toString(const Interval& interval)
 std::string toString(const RangeReal& range) { return pair("RangeReal", range.lower(), range.upper()); }
 
 std::string toString(const Plane& plane) { return call("Plane", plane.asVec4().ptr(), 4); }
+
+std::string toString(const Uuid& id) { return "Uuid(" + id.str() + ")"; }
 
 std::string printVec3(const Vec3& v)
 {

@@ -15,6 +15,7 @@ class SPDMatrix3x3;
 class Interval;
 class RangeReal;
 class Plane;
+class Uuid;
 
 /// Readable forms such as "Vec3(1, 2, 3)", with as many digits as the element type holds safely.
 template <class T> std::string toString(const Vec2T<T>& v);
@@ -38,6 +39,9 @@ std::string toString(const Interval& interval);
 std::string toString(const RangeReal& range);
 /// The normal, then d.
 std::string toString(const Plane& plane);
+
+/// The usual text form.
+std::string toString(const Uuid& id);
 
 /// x, y and z with blanks between, in six significant digits.
 std::string printVec3(const Vec3T<double>& v);
