@@ -1,182 +1,104 @@
 #include "ClassEvents.h"
-#include "HandleState.h"
+#include "Members.h"
+#include "pushWrapper.h"
 #include "toluaFunctions.h"
-#include <cctype>
-#include <cstring>
-#include <initializer_list>
+#include <array>
+#include <cstdint>
 #include <lua.hpp>
 #include <tolua++.h>
+#include <unordered_set>
 
 namespace kelLua {
 
 namespace {
 
-const char s_opened = 0;
+using members::findOperation;
+using members::rawField;
 
-/// Replaces the value on top by its metatable; pops it and gives false if it has none.
-bool toMetatable(lua_State* L)
+/// registry[&s_events]: the functions that all metatables share, by the event's name.
+const char s_events = 0;
+
+// ---- Wrappers that events run in their own frame, which spares a Lua call.
+
+std::unordered_set<lua_CFunction> s_operators;
+
+/// Whether the function at the top is such a wrapper; any other function needs a call of its own.
+lua_CFunction operatorAt(lua_State* L)
 {
-  const bool found = lua_getmetatable(L, -1) != 0;
-  lua_remove(L, found ? -2 : -1);
-  return found;
+  static std::array<lua_CFunction, 256> s_recent; // spares the search
+  const lua_CFunction function = lua_tocfunction(L, -1);
+  lua_CFunction& recent = s_recent[reinterpret_cast<std::uintptr_t>(function) * 0x9E3779B97F4A7C15u >> 56];
+  if (function == recent) return function;
+  if (!s_operators.contains(function)) return nullptr;
+  return recent = function;
 }
 
-/// table on top -> table, table[key]; pops the value and gives false if it is nil.
-bool rawField(lua_State* L, const char* key)
+/// An event has one result.
+int onlyFirst(lua_State* L, int numResults)
 {
-  lua_pushstring(L, key);
-  lua_rawget(L, -2);
-  if (!lua_isnil(L, -1)) return true;
-  lua_pop(L, 1);
-  return false;
+  if (numResults == 0) lua_pushnil(L);
+  if (numResults > 1) lua_settop(L, -numResults);
+  return 1;
 }
 
-/// Pushes table[accessors][key] for the class table on top and the key at index 2; false for none.
-bool accessor(lua_State* L, const char* accessors)
-{
-  if (!rawField(L, accessors)) return false;
-  lua_pushvalue(L, 2);
-  lua_rawget(L, -2);
-  lua_remove(L, -2);
-  if (lua_iscfunction(L, -1)) return true;
-  lua_pop(L, 1);
-  return false;
-}
+// ---- Events
 
-/// The value of key (index 2) in the class table on top, got for the object or table at index 1.
-bool classField(lua_State* L)
+/// Upvalue: the name of the operation, such as ".add".
+int operate(lua_State* L)
 {
-  lua_pushvalue(L, 2);
-  lua_rawget(L, -2);
-  if (!lua_isnil(L, -1)) return true;
-  lua_pop(L, 1);
-  if (!accessor(L, ".get")) return false;
-  lua_pushvalue(L, 1);
-  lua_pushvalue(L, 2);
-  lua_call(L, 2, 1);
-  return true;
-}
-
-/// Pushes the first `operation` in the classes of the value at index 1; false for none.
-bool findOperation(lua_State* L, const char* operation)
-{
-  lua_pushvalue(L, 1);
-  while (toMetatable(L))
-    if (rawField(L, operation)) return true;
-  return false;
-}
-
-/// Whether the key at index 2 goes to the index operators: a number, or a text that reads as one. Names are
-/// told by their first character, which spares the attempt to read each of them as a number.
-bool isElement(lua_State* L)
-{
-  if (lua_type(L, 2) != LUA_TSTRING) return lua_type(L, 2) == LUA_TNUMBER;
-  const char first = *lua_tostring(L, 2);
-  return !std::isalpha(static_cast<unsigned char>(first)) && first != '_' && lua_isnumber(L, 2);
-}
-
-int objectIndex(lua_State* L)
-{
-  if (handles::pushOwnTable(L, 1)) {
-    lua_pushvalue(L, 2);
-    lua_gettable(L, -2);
-    if (!lua_isnil(L, -1)) return 1;
+  if (lua_type(L, 1) == LUA_TUSERDATA && lua_getmetatable(L, 1)) {
+    do {
+      lua_pushvalue(L, lua_upvalueindex(1));
+      lua_rawget(L, -2);
+      if (const lua_CFunction wrapper = operatorAt(L)) {
+        lua_settop(L, -3);
+        return onlyFirst(L, wrapper(L));
+      }
+      if (lua_isfunction(L, -1)) {
+        lua_pushvalue(L, 1);
+        lua_pushvalue(L, 2);
+        lua_call(L, 2, 1);
+        return 1;
+      }
+      lua_pop(L, 1);
+    } while (members::toMetatable(L));
   }
+  tolua_error(L, "Attempt to perform operation on an invalid operand", nullptr);
+  return 0;
+}
+
+int equal(lua_State* L)
+{
   lua_settop(L, 2);
-  if (isElement(L) && findOperation(L, ".geti")) {
+  if (lua_isuserdata(L, 1) && findOperation(L, ".eq") && lua_isfunction(L, -1)) {
     lua_pushvalue(L, 1);
     lua_pushvalue(L, 2);
     lua_call(L, 2, 1);
-    return 1;
+  } else {
+    lua_pushboolean(L, 0);
   }
-  lua_settop(L, 2);
-  lua_pushvalue(L, 1);
-  while (toMetatable(L))
-    if (classField(L)) return 1;
+  return 1;
+}
+
+/// Upvalue: ".call".
+int call(lua_State* L)
+{
+  if (lua_istable(L, 1)) {
+    lua_pushvalue(L, lua_upvalueindex(1));
+    lua_rawget(L, 1);
+    if (const lua_CFunction wrapper = operatorAt(L)) {
+      lua_settop(L, -2);
+      return onlyFirst(L, wrapper(L));
+    }
+    if (lua_isfunction(L, -1)) {
+      lua_insert(L, 1);
+      lua_call(L, lua_gettop(L) - 1, 1);
+      return 1;
+    }
+  }
+  tolua_error(L, "Attempt to call a non-callable object.", nullptr);
   return 0;
 }
-
-/// Whether a class table shows this key of its bases: not constructors, `delete`, operators and events.
-bool isInherited(lua_State* L)
-{
-  if (lua_type(L, 2) != LUA_TSTRING) return true;
-  const char* key = lua_tostring(L, 2);
-  for (const char* own : {"new", "new_local", "delete", "tolua_ubox"})
-    if (std::strcmp(key, own) == 0) return false;
-  return key[0] != '.' && std::strncmp(key, "__", 2) != 0;
-}
-
-int tableIndex(lua_State* L)
-{
-  lua_pushvalue(L, 1);
-  if (classField(L)) return 1;
-  if (!isInherited(L)) return 0;
-  while (toMetatable(L))
-    if (classField(L)) return 1;
-  return 0;
-}
-
-int index(lua_State* L)
-{
-  switch (lua_type(L, 1)) {
-  case LUA_TUSERDATA:
-    return objectIndex(L);
-  case LUA_TTABLE:
-    return tableIndex(L);
-  default:
-    return 0;
-  }
-}
-
-/// Enters key and value into the table that a script sees as the object's own.
-int setPeer(lua_State* L)
-{
-  if (!handles::pushOwnTable(L, 1)) {
-    lua_newtable(L);
-    lua_pushvalue(L, -1);
-    lua_setfenv(L, 1);
-  }
-  lua_insert(L, 2);
-  lua_settable(L, 2);
-  return 0;
-}
-
-int objectNewIndex(lua_State* L)
-{
-  if (isElement(L) && findOperation(L, ".seti")) {
-    lua_insert(L, 1);
-    lua_settop(L, 4);
-    lua_call(L, 3, 0);
-    return 0;
-  }
-  lua_settop(L, 3);
-  lua_pushvalue(L, 1);
-  while (toMetatable(L)) {
-    if (!accessor(L, ".set")) continue;
-    lua_pushvalue(L, 1);
-    lua_pushvalue(L, 3);
-    lua_call(L, 2, 0);
-    return 0;
-  }
-  return setPeer(L);
-}
-
-int tableNewIndex(lua_State* L)
-{
-  lua_pushvalue(L, 1);
-  do {
-    if (!accessor(L, ".set")) continue;
-    lua_pushvalue(L, 1);
-    lua_pushvalue(L, 3);
-    lua_call(L, 2, 0);
-    return 0;
-  } while (toMetatable(L));
-  lua_settop(L, 3);
-  lua_rawset(L, 1);
-  return 0;
-}
-
-int newIndex(lua_State* L) { return lua_istable(L, 1) ? tableNewIndex(L) : objectNewIndex(L); }
 
 int unaryMinus(lua_State* L)
 {
@@ -203,56 +125,194 @@ int toText(lua_State* L)
   return 1;
 }
 
+struct Event
+{
+  const char* name;
+  lua_CFunction function;
+  const char* operation; ///< Upvalue.
+};
+
+/// One function each in a state.
+constexpr Event SHARED[] = {{"__index", members::firstIndex, nullptr},
+                            {"__newindex", members::firstNewIndex, nullptr},
+                            {"__add", operate, ".add"},
+                            {"__sub", operate, ".sub"},
+                            {"__mul", operate, ".mul"},
+                            {"__div", operate, ".div"},
+                            {"__call", call, ".call"},
+                            {"__unm", unaryMinus, nullptr},
+                            {"__tostring", toText, nullptr}};
+/// One function each in a metatable: Lua compares two objects only by a function that both have.
+constexpr Event COMPARISONS[] = {{"__lt", operate, ".lt"}, {"__le", operate, ".le"}};
+/// The one that plain and const objects share, so that a view may equal a value.
+constexpr Event EQUALITY = {"__eq", equal, nullptr};
+
+void pushEvent(lua_State* L, const Event& event)
+{
+  if (event.operation) lua_pushstring(L, event.operation);
+  pushWrapper(L, event.function, event.operation ? 1 : 0);
+}
+
+void pushEvents(lua_State* L)
+{
+  lua_pushlightuserdata(L, const_cast<char*>(&s_events));
+  lua_rawget(L, LUA_REGISTRYINDEX);
+}
+
+/// metatable[name] = the function on top, which stays.
+void setEvent(lua_State* L, int metatable, const char* name)
+{
+  lua_pushstring(L, name);
+  lua_pushvalue(L, -2);
+  lua_rawset(L, metatable);
+}
+
+/// Sets the shared events of the metatable at an index.
+void addSharedEvents(lua_State* L, int metatable)
+{
+  pushEvents(L);
+  for (lua_pushnil(L); lua_next(L, -2);) {
+    lua_pushvalue(L, -2);
+    lua_insert(L, -2);
+    lua_rawset(L, metatable);
+  }
+  lua_pop(L, 1);
+}
+
+/// Pushes the metatable of a type string, a new one with its name in the registry if there is none. One that
+/// a stock tolua++ of somebody else's has made gets our events, too, but keeps its finaliser.
+void pushTypeMetatable(lua_State* L, const char* name)
+{
+  const bool isNew = luaL_newmetatable(L, name) != 0;
+  if (isNew) {
+    lua_pushvalue(L, -1);
+    lua_pushstring(L, name);
+    lua_rawset(L, LUA_REGISTRYINDEX);
+  }
+  const int metatable = lua_gettop(L);
+  lua_pushliteral(L, "__gc");
+  lua_rawget(L, metatable);
+  addSharedEvents(L, metatable);
+  if (isNew) return lua_settop(L, metatable);
+  lua_pushliteral(L, "__gc");
+  lua_insert(L, -2);
+  lua_rawset(L, metatable);
+}
+
+/// Pushes tolua_super[metatable at an index], the set of its bases. tolua++ makes one only for classes with
+/// members, but takes it for granted when it pushes an object for a second time, and otherwise changes a
+/// stranger's type.
+void pushBases(lua_State* L, int metatable)
+{
+  lua_pushliteral(L, "tolua_super");
+  lua_rawget(L, LUA_REGISTRYINDEX);
+  lua_pushvalue(L, metatable);
+  lua_rawget(L, -2);
+  if (!lua_istable(L, -1)) {
+    lua_pop(L, 1);
+    lua_newtable(L);
+    lua_pushvalue(L, metatable);
+    lua_pushvalue(L, -2);
+    lua_rawset(L, -4);
+  }
+  lua_remove(L, -2);
+}
+
+void pushSharedFinaliser(lua_State* L)
+{
+  pushEvents(L);
+  lua_pushliteral(L, "__gc");
+  lua_rawget(L, -2);
+  lua_remove(L, -2);
+}
+
 } // namespace
 
 void openClassEvents(lua_State* L)
 {
-  lua_pushlightuserdata(L, const_cast<char*>(&s_opened));
-  lua_rawget(L, LUA_REGISTRYINDEX);
-  const bool opened = lua_toboolean(L, -1) != 0;
+  pushEvents(L);
+  const bool opened = lua_istable(L, -1);
   lua_pop(L, 1);
   if (opened) return;
-  lua_pushlightuserdata(L, const_cast<char*>(&s_opened));
-  lua_pushboolean(L, 1);
+  luaL_getmetatable(L, "tolua_commonclass");
+  const int common = lua_gettop(L);
+  lua_newtable(L);
+  for (const Event& event : SHARED) {
+    pushEvent(L, event);
+    lua_setfield(L, -2, event.name);
+  }
+  lua_pushliteral(L, "__gc");
+  lua_rawget(L, common);
+  lua_setfield(L, -2, "__gc");
+  lua_pushlightuserdata(L, const_cast<char*>(&s_events));
+  lua_insert(L, -2);
   lua_rawset(L, LUA_REGISTRYINDEX);
+  addSharedEvents(L, common);
+  for (const char* event : {"__unm", "__tostring"}) { // class tables are no values
+    lua_pushstring(L, event);
+    lua_pushnil(L);
+    lua_rawset(L, common);
+  }
+  lua_pop(L, 1);
   openToluaFunctions(L);
 }
 
-void addClassEvents(lua_State* L, const char* type)
+void addType(lua_State* L, const char* type)
 {
-  static const luaL_Reg EVENTS[] = {
-      {"__index", index}, {"__newindex", newIndex}, {"__unm", unaryMinus}, {"__tostring", toText}};
+  const int top = lua_gettop(L);
+  luaL_getmetatable(L, type);
+  if (lua_istable(L, -1) && rawField(L, "__tostring")) return lua_settop(L, top);
+  lua_settop(L, top);
+  pushTypeMetatable(L, type);
+  lua_pushfstring(L, "const %s", type);
+  const char* constType = lua_tostring(L, -1);
+  pushTypeMetatable(L, constType);
+  pushEvent(L, EQUALITY);
+  setEvent(L, top + 1, EQUALITY.name);
+  setEvent(L, top + 3, EQUALITY.name);
+  for (const int metatable : {top + 1, top + 3})
+    for (const Event& event : COMPARISONS) {
+      pushEvent(L, event);
+      setEvent(L, metatable, event.name);
+    }
+  lua_settop(L, top + 3);
+  pushBases(L, top + 3);
+  pushBases(L, top + 1);
+  lua_pushboolean(L, 1);
+  lua_setfield(L, -2, constType); // a plain object is a const one, too
+  lua_settop(L, top);
+}
+
+void dropFinaliser(lua_State* L, const char* type)
+{
+  const int top = lua_gettop(L);
   for (const char* prefix : {"", "const "}) {
     lua_pushfstring(L, "%s%s", prefix, type);
     lua_rawget(L, LUA_REGISTRYINDEX);
-    for (const luaL_Reg& event : EVENTS) {
-      lua_pushstring(L, event.name);
-      lua_pushcfunction(L, event.func);
-      lua_rawset(L, -3);
+    pushSharedFinaliser(L);
+    lua_pushliteral(L, "__gc");
+    lua_rawget(L, top + 1);
+    if (lua_rawequal(L, -1, -2)) {
+      lua_pushliteral(L, "__gc");
+      lua_pushnil(L);
+      lua_rawset(L, top + 1);
     }
-    lua_pop(L, 1);
+    lua_settop(L, top);
   }
-  // tolua_pushusertype breaks the stack when it changes the type of a handle whose old type has no entry
-  // here.
-  lua_getfield(L, LUA_REGISTRYINDEX, "tolua_super");
-  lua_pushfstring(L, "const %s", type);
-  lua_rawget(L, LUA_REGISTRYINDEX);
-  lua_pushvalue(L, -1);
-  lua_rawget(L, -3);
-  if (lua_isnil(L, -1)) {
-    lua_pushvalue(L, -2);
-    lua_newtable(L);
-    lua_rawset(L, -5);
-  }
-  lua_pop(L, 3);
-  // Lua compares two values only if both have the same function, so a view would never equal a value.
-  luaL_getmetatable(L, type);
-  lua_pushfstring(L, "const %s", type);
-  lua_rawget(L, LUA_REGISTRYINDEX);
-  lua_insert(L, -2);
-  rawField(L, "__eq");
-  lua_setfield(L, -3, "__eq");
-  lua_pop(L, 2);
 }
+
+void restoreFinaliser(lua_State* L, int handle)
+{
+  const int top = lua_gettop(L);
+  if (!lua_getmetatable(L, handle)) return;
+  if (!rawField(L, "__gc")) {
+    lua_pushliteral(L, "__gc");
+    pushSharedFinaliser(L);
+    lua_rawset(L, top + 1);
+  }
+  lua_settop(L, top);
+}
+
+void addOperator(lua_CFunction wrapper) { s_operators.insert(wrapper); }
 
 } // namespace kelLua

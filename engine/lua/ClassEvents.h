@@ -7,10 +7,18 @@ namespace kelLua {
 /// Prepares a state for classes. Doing it again changes nothing.
 void openClassEvents(lua_State* L);
 
-/// Gives a registered type, plain and const, our look-up in place of the binding library's.
-///
-/// Class tables show what their bases have, but for constructors, `delete` and operators; a new key of a
-/// class table stays in that table. Objects gain the unary minus, by `.sub`, and `tostring`, by `.tostring`.
-void addClassEvents(lua_State* L, const char* type);
+/// Makes the metatables of a type string, plain and const, unless they are ours already. Objects and class
+/// tables get our look-up in place of the binding library's, and operators that call wrappers without a
+/// detour; objects gain the unary minus, by `.sub`, and `tostring`, by `.tostring`.
+void addType(lua_State* L, const char* type);
+
+/// Lets the objects of a type go without a finaliser, as all their values lie in the handles; but not where
+/// another plug-in has made the type, which may push objects of its own.
+void dropFinaliser(lua_State* L, const char* type);
+/// Undoes that for the class of the handle at a stack index.
+void restoreFinaliser(lua_State* L, int handle);
+
+/// Enters a wrapper that operators and calls of class tables may run in their own frame.
+void addOperator(int (*wrapper)(lua_State*));
 
 } // namespace kelLua

@@ -1,15 +1,10 @@
-#include "Guards.h"
 #include "Report.h"
 #include "kelLua/Wrap.h"
-#include <algorithm>
 #include <cstring>
-#include <iterator>
 
 namespace kelLua::wrap {
 
 namespace {
-
-unsigned s_generation = 1;
 
 /// Whether a class, given by its metatable on top of the stack, is that of the type string or derives from
 /// it. Pops the metatable.
@@ -33,32 +28,25 @@ bool isOrDerives(lua_State* L, const char* type)
   return result;
 }
 
-/// The same, with what the record remembers of it.
+/// The same, with what the type remembers of it.
 bool isAccepted(lua_State* L, const Type& type)
 {
   const void* metatable = lua_topointer(L, -1);
-  const void* registry = lua_topointer(L, LUA_REGISTRYINDEX);
-  if (type.generation != s_generation || type.registry != registry) {
-    std::fill(std::begin(type.judged), std::end(type.judged), Type::Judged{});
-    type.generation = s_generation;
-    type.registry = registry;
+  const bool accepted = type.accepts(metatable);
+  if (accepted || type.refuses(metatable)) {
+    lua_pop(L, 1);
+    return accepted;
   }
-  for (const Type::Judged& judged : type.judged)
-    if (judged.metatable == metatable) {
-      lua_pop(L, 1);
-      return judged.accepted;
-    }
-  Type::Judged& judged = type.judged[type.next++ % std::size(type.judged)];
-  judged.accepted = isOrDerives(L, type.name);
-  judged.metatable = metatable;
-  return judged.accepted;
+  const bool result = isOrDerives(L, type.name);
+  type.remember(metatable, result);
+  return result;
 }
 
 } // namespace
 
-void forgetJudgements() { ++s_generation; }
+namespace slow {
 
-bool isClass(lua_State* L, const Type& type, tolua_Error*)
+bool isClass(lua_State* L, const Type& type)
 {
   if (lua_istable(L, 1)) {
     lua_pushvalue(L, 1);
@@ -68,23 +56,41 @@ bool isClass(lua_State* L, const Type& type, tolua_Error*)
   return true;
 }
 
-bool isPointer(lua_State* L, int n, const Type& type, tolua_Error* failure)
+bool isPointer(lua_State* L, int n, void*& object, const Type& type, tolua_Error* failure)
+{
+  switch (lua_type(L, n)) {
+  case LUA_TNIL:
+    return true;
+  case LUA_TTABLE: // may stand for an object
+    if (!tolua_isusertype(L, n, type.name, 0, failure)) return false;
+    object = tolua_tousertype(L, n, nullptr);
+    return true;
+  case LUA_TUSERDATA:
+    if (!lua_getmetatable(L, n) || !isAccepted(L, type)) break;
+    object = *static_cast<void**>(lua_touserdata(L, n));
+    return true;
+  default:
+    break;
+  }
+  *failure = {n, 0, type.name};
+  return false;
+}
+
+bool isReference(lua_State* L, int n, void*& object, const Type& type, tolua_Error* failure)
+{
+  if (tolua_isvaluenil(L, n, failure) || !isPointer(L, n, object, type, failure)) return false;
+  if (object) return true;
+  *failure = {n, 0, type.name};
+  return false;
+}
+
+bool isNumber(lua_State* L, int n, tolua_Error* failure)
 {
   const int kind = lua_type(L, n);
-  if (kind == LUA_TNIL) return true;
-  if (kind == LUA_TTABLE)
-    return tolua_isusertype(L, n, type.name, 0, failure) != 0; // may stand for an object
-  if (kind == LUA_TUSERDATA && lua_getmetatable(L, n) && isAccepted(L, type)) return true;
-  *failure = {n, 0, type.name};
+  if (kind == LUA_TNUMBER || (kind == LUA_TSTRING && lua_isnumber(L, n))) return true;
+  *failure = {n, 0, "number"};
   return false;
 }
 
-bool isReference(lua_State* L, int n, const Type& type, tolua_Error* failure)
-{
-  if (tolua_isvaluenil(L, n, failure) || !isPointer(L, n, type, failure)) return false;
-  if (pointer<const void>(L, n)) return true;
-  *failure = {n, 0, type.name};
-  return false;
-}
-
+} // namespace slow
 } // namespace kelLua::wrap

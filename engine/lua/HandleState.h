@@ -1,5 +1,4 @@
 #pragma once
-#include <atomic>
 #include <lua.hpp>
 #include <mutex>
 #include <thread>
@@ -29,7 +28,6 @@ struct State
 
   std::mutex mutex;
   std::vector<const void*> deaths;
-  std::atomic<bool> hasDeaths = false;
 };
 
 /// The state that a Lua thread belongs to, null for one that was never opened or is closed.

@@ -2,7 +2,10 @@
 #include "HandleState.h"
 #include "kel/Referenced.h"
 #include "kelLua/ScriptManager.h"
+#include "kelLua/Wrap.h"
 #include <algorithm>
+#include <atomic>
+#include <cstring>
 #include <memory>
 #include <tolua++.h>
 
@@ -11,6 +14,32 @@ namespace kelLua::handles {
 namespace {
 
 std::vector<std::unique_ptr<State>> s_states;
+std::atomic<bool> s_hasDeaths = false; ///< Of any state.
+
+/// The userdata of a handle that was made here. Handles that another tolua++ made have no marks, and values
+/// that lie in their handle need none.
+struct Handle
+{
+  void* object;
+  std::uintptr_t marks;
+};
+constexpr std::uintptr_t isWatched = 1; ///< Is cleared when the counted object at its address dies.
+constexpr std::uintptr_t isMember = 2;  ///< Holds the handle of the object that its object lies in.
+
+/// Whether the handle at an index holds its value itself.
+bool isInOwnBlock(lua_State* L, int index)
+{
+  const auto* block = static_cast<const char*>(lua_touserdata(L, index));
+  if (!block || lua_objlen(L, index) <= sizeof(void*)) return false;
+  const char* object = *reinterpret_cast<const char* const*>(block);
+  return object > block && object < block + lua_objlen(L, index);
+}
+
+/// Null for a handle without marks.
+Handle* marked(lua_State* L, int index)
+{
+  return lua_objlen(L, index) == sizeof(Handle) ? static_cast<Handle*>(lua_touserdata(L, index)) : nullptr;
+}
 
 int newTable(lua_State* L, const char* mode)
 {
@@ -30,6 +59,7 @@ int closed(lua_State* L)
   ScriptManager* manager = ScriptManager::instance();
   if (state && manager) manager->stateCloses(state->L);
   std::erase_if(s_states, [state](const auto& other) { return other.get() == state; });
+  wrap::forgetJudgements(); // their metatables go
   return 0;
 }
 
@@ -154,22 +184,31 @@ void clearAll(State& state, const void* counted)
   erase(L, state.watched, counted);
 }
 
-void clearReported(State& state)
+std::vector<const void*> takeDeaths(State& state)
 {
-  if (!state.hasDeaths.exchange(false)) return;
-  std::vector<const void*> deaths;
-  {
-    const std::scoped_lock lock(state.mutex);
-    deaths.swap(state.deaths);
+  const std::scoped_lock lock(state.mutex);
+  return std::exchange(state.deaths, {});
+}
+
+/// What died on other threads loses its handles before one of them is found again.
+void clearReported()
+{
+  if (!s_hasDeaths.load(std::memory_order_relaxed)) return;
+  s_hasDeaths = false;
+  for (const auto& state : s_states) {
+    if (state->thread == std::this_thread::get_id()) {
+      for (const void* object : takeDeaths(*state)) clearAll(*state, object);
+    } else {
+      const std::scoped_lock lock(state->mutex);
+      if (!state->deaths.empty()) s_hasDeaths = true;
+    }
   }
-  for (const void* object : deaths) clearAll(state, object);
 }
 
 State& get(lua_State* L)
 {
   State* state = find(L);
   if (!state) luaL_error(L, "this Lua state was not opened for kel");
-  if (state->hasDeaths) clearReported(*state);
   return *state;
 }
 
@@ -177,6 +216,7 @@ State& get(lua_State* L)
 void watchTop(lua_State* L, const State& state, const void* counted)
 {
   const int handle = lua_gettop(L);
+  if (Handle* block = marked(L, handle)) block->marks |= isWatched;
   lua_rawgeti(L, LUA_REGISTRYINDEX, state.roots);
   lua_pushvalue(L, handle);
   lua_pushlightuserdata(L, const_cast<void*>(counted));
@@ -196,33 +236,100 @@ void watchTop(lua_State* L, const State& state, const void* counted)
   lua_settop(L, handle);
 }
 
-/// tolua_pushusertype may leave a helper value below the one that it pushes.
-void pushOne(lua_State* L, const void* object, const char* type)
+/// Pushes the table that maps the addresses of a type's objects to their handles; nil where no package has
+/// mentioned the type.
+void pushHandles(lua_State* L, const wrap::Type& type)
+{
+  lua_rawgeti(L, LUA_REGISTRYINDEX, type.handlesKey);
+  if (lua_istable(L, -1)) return;
+  wrap::pushMetatable(L, type);
+  if (!lua_istable(L, -1)) return lua_remove(L, -2);
+  lua_pushliteral(L, "tolua_ubox"); // a class tree has its own
+  lua_rawget(L, -2);
+  if (!lua_istable(L, -1)) {
+    lua_pushliteral(L, "tolua_ubox");
+    lua_rawget(L, LUA_REGISTRYINDEX);
+    lua_replace(L, -2);
+  }
+  lua_pushvalue(L, -1);
+  lua_rawseti(L, LUA_REGISTRYINDEX, type.handlesKey);
+  lua_replace(L, -3);
+  lua_pop(L, 1);
+}
+
+bool isOf(lua_State* L, int handle, const wrap::Type& type)
+{
+  const void* object = nullptr;
+  tolua_Error failure;
+  return wrap::isPointer(L, handle, object, type, &failure);
+}
+
+/// Pushes the handle that an object has, if it is of the type and has all the marks.
+bool pushFound(lua_State* L, const void* object, const wrap::Type& type, std::uintptr_t marks)
+{
+  lua_rawgeti(L, LUA_REGISTRYINDEX, type.handlesKey);
+  if (lua_istable(L, -1)) {
+    lua_pushlightuserdata(L, const_cast<void*>(object));
+    lua_rawget(L, -2);
+    lua_remove(L, -2);
+    if (lua_touserdata(L, -1) && isOf(L, lua_gettop(L), type)) {
+      if (marks == 0) return true;
+      const Handle* handle = marked(L, -1);
+      if (handle && (handle->marks & marks) == marks) return true;
+    }
+  }
+  lua_pop(L, 1);
+  return false;
+}
+
+/// Pushes the handle of an object, a new one if it has none. A handle of a base becomes one of the type.
+void pushOne(lua_State* L, const void* object, const wrap::Type& type)
 {
   const int top = lua_gettop(L);
-  tolua_pushusertype(L, const_cast<void*>(object), type);
-  if (lua_gettop(L) > top + 1) lua_replace(L, top + 1);
+  pushHandles(L, type);
+  if (lua_isnil(L, -1)) return;
+  lua_pushlightuserdata(L, const_cast<void*>(object));
+  lua_rawget(L, -2);
+  if (lua_isnil(L, -1)) {
+    lua_pop(L, 1);
+    *static_cast<Handle*>(lua_newuserdata(L, sizeof(Handle))) = {const_cast<void*>(object), 0};
+    wrap::pushMetatable(L, type);
+    lua_setmetatable(L, -2);
+    lua_pushvalue(L, TOLUA_NOPEER);
+    lua_setfenv(L, -2);
+    lua_pushlightuserdata(L, const_cast<void*>(object));
+    lua_pushvalue(L, -2);
+    lua_rawset(L, top + 1);
+    lua_replace(L, top + 1);
+  } else {
+    lua_settop(L, top);
+    tolua_pushusertype(L, const_cast<void*>(object), type.name); // may leave a helper value below
+    if (lua_gettop(L) > top + 1) lua_replace(L, top + 1);
+  }
   lua_settop(L, top + 1);
 }
 
-/// Pushes the argument that is a handle on the object with the type's string; false if none is. A method may
-/// return self or an argument by reference, and a value inside its handle must not get a second one.
-bool pushGiven(lua_State* L, const void* object, const char* type)
+/// Pushes the argument at an index if it is a handle on the object with the type's string.
+bool pushIfSame(lua_State* L, int index, const void* object, const wrap::Type& type)
 {
-  luaL_getmetatable(L, type);
+  auto** handle = static_cast<void**>(lua_touserdata(L, index));
+  if (!handle || lua_objlen(L, index) < sizeof(void*) || *handle != object || !lua_getmetatable(L, index))
+    return false;
+  wrap::pushMetatable(L, type);
+  const bool same = lua_rawequal(L, -1, -2) != 0;
+  lua_settop(L, -3);
+  if (same) lua_pushvalue(L, index);
+  return same;
+}
+
+/// The same for any argument. A method may return self or an argument by reference, and a value inside its
+/// handle must not get a second one.
+bool pushGiven(lua_State* L, const void* object, const wrap::Type& type, bool isOwner)
+{
+  if (isOwner && pushIfSame(L, 1, object, type)) return true;
   const int top = lua_gettop(L);
-  for (int i = 1; i < top; ++i) {
-    if (lua_type(L, i) != LUA_TUSERDATA || tolua_tousertype(L, i, nullptr) != object ||
-        !lua_getmetatable(L, i))
-      continue;
-    if (lua_rawequal(L, -1, top)) {
-      lua_settop(L, top - 1);
-      lua_pushvalue(L, i);
-      return true;
-    }
-    lua_pop(L, 1);
-  }
-  lua_pop(L, 1);
+  for (int i = 2; i <= top; ++i)
+    if (pushIfSame(L, i, object, type)) return true;
   return false;
 }
 
@@ -266,7 +373,7 @@ State* find(lua_State* L)
 bool pushOwnTable(lua_State* L, int handle)
 {
   lua_getfenv(L, handle);
-  if (lua_istable(L, -1) && !lua_rawequal(L, -1, TOLUA_NOPEER)) return true;
+  if (!lua_rawequal(L, -1, TOLUA_NOPEER) && lua_istable(L, -1)) return true;
   lua_pop(L, 1);
   return false;
 }
@@ -284,20 +391,20 @@ void open(lua_State* L)
   kel::Referenced::setShownHook(died);
 }
 
-void push(lua_State* L, const void* object, const char* type)
+void push(lua_State* L, const void* object, const wrap::Type& type)
 {
-  get(L);
-  if (object)
-    pushOne(L, object, type);
-  else
-    lua_pushnil(L);
+  if (!object) return lua_pushnil(L);
+  clearReported();
+  if (!pushFound(L, object, type, 0)) pushOne(L, object, type);
 }
 
-void pushCounted(lua_State* L, const kel::Referenced* counted, const void* object, const char* type)
+void pushCounted(lua_State* L, const kel::Referenced* counted, const void* object, const wrap::Type& type)
 {
-  const State& state = get(L);
   if (!object) return lua_pushnil(L);
+  clearReported();
+  if (pushFound(L, object, type, isWatched)) return;
 
+  const State& state = get(L);
   const ScriptManager* manager = ScriptManager::instance();
   const bool adapter = manager && manager->hasLuaEntry(object);
   if (adapter) {
@@ -306,18 +413,19 @@ void pushCounted(lua_State* L, const kel::Referenced* counted, const void* objec
     lua_pop(L, 1);
   }
   pushOne(L, object, type);
-  if (counted->isShown() && knows(L, state.roots, lua_gettop(L))) return;
   counted->markShown();
   watchTop(L, state, counted);
   if (adapter) adapterTop(L, object, false);
 }
 
-void pushMember(lua_State* L, const void* object, const char* type, int owner)
+void pushMember(lua_State* L, const void* object, const wrap::Type& type, bool isOwner)
 {
-  const State& state = get(L);
   if (!object) return lua_pushnil(L);
+  clearReported();
+  if (pushGiven(L, object, type, isOwner) || pushFound(L, object, type, isMember)) return;
 
-  if (pushGiven(L, object, type)) return;
+  constexpr int owner = 1;
+  const State& state = get(L);
   pushOne(L, object, type);
   const int handle = lua_gettop(L);
   if (lua_type(L, owner) != LUA_TUSERDATA || lua_rawequal(L, handle, owner) || knows(L, state.owners, handle))
@@ -330,25 +438,12 @@ void pushMember(lua_State* L, const void* object, const char* type, int owner)
   lua_pop(L, 1);
   if (!pushOwnTable(L, handle)) lua_newtable(L);
   setOwnTable(L, handle, owner);
+  if (Handle* block = marked(L, handle)) block->marks |= isMember;
 
   lookUpValue(L, state.roots, owner);
   const void* root = lua_touserdata(L, -1);
   lua_pop(L, 1);
   if (root) watchTop(L, state, root);
-}
-
-void* pushValue(lua_State* L, std::size_t size, std::size_t alignment, const char* type)
-{
-  get(L);
-  void** block = static_cast<void**>(lua_newuserdata(L, sizeof(void*) + size + alignment));
-  void* room = block + 1;
-  std::size_t space = size + alignment;
-  *block = std::align(alignment, size, room, space);
-  luaL_getmetatable(L, type);
-  lua_setmetatable(L, -2);
-  lua_pushvalue(L, TOLUA_NOPEER);
-  lua_setfenv(L, -2);
-  return *block;
 }
 
 bool isHandle(lua_State* L, int index)
@@ -362,10 +457,28 @@ bool isHandle(lua_State* L, int index)
 
 bool isInside(lua_State* L, int index)
 {
-  const auto* block = static_cast<const char*>(lua_touserdata(L, index));
-  if (!block) return false;
-  const char* object = *reinterpret_cast<const char* const*>(block);
-  return (object > block && object < block + lua_objlen(L, index)) || knows(L, get(L).owners, index);
+  return isInOwnBlock(L, index) || (lua_isuserdata(L, index) && knows(L, get(L).owners, index));
+}
+
+bool moveOut(lua_State* L, int index)
+{
+  if (!isInOwnBlock(L, index)) return false;
+  auto** handle = static_cast<char**>(lua_touserdata(L, index));
+  const char* end = reinterpret_cast<char*>(handle) + lua_objlen(L, index);
+  const auto size = static_cast<std::size_t>(end - *handle); // and perhaps some of the room for alignment
+  void* copy = ::operator new(size);
+  std::memcpy(copy, *handle, size);
+  clear(L, index); // members of the old value go
+  *reinterpret_cast<void**>(handle) = copy;
+  lua_pushvalue(L, index);
+  lua_getmetatable(L, -1);
+  lua_rawget(L, LUA_REGISTRYINDEX);
+  pushHandles(L, wrap::type(lua_tostring(L, -1)));
+  lua_pushlightuserdata(L, copy);
+  lua_pushvalue(L, index);
+  lua_rawset(L, -3);
+  lua_pop(L, 3);
+  return true;
 }
 
 void setPeer(lua_State* L, int index)
@@ -420,10 +533,10 @@ void keepAdapter(lua_State* L, const void* object) { assign(L, get(L).kept, obje
 void pushAdapter(lua_State* L, const void* object)
 {
   const State& state = get(L);
-  lookUp(L, state.kept, object);
+  lookUp(L, state.adapters, object); // both, or only the other one if the handle was finalised
   if (!lua_isnil(L, -1)) return;
   lua_pop(L, 1);
-  lookUp(L, state.adapters, object);
+  lookUp(L, state.kept, object);
 }
 
 void forgetAdapter(const void* object) noexcept
@@ -456,7 +569,7 @@ void died(const void* object)
     }
     const std::scoped_lock lock(state->mutex);
     state->deaths.push_back(object);
-    state->hasDeaths = true;
+    s_hasDeaths = true;
   }
 }
 

@@ -1,7 +1,8 @@
 #include "kelLua/Wrap.h"
 #include "ClassEvents.h"
-#include "Guards.h"
+#include "Members.h"
 #include "Report.h"
+#include "pushWrapper.h"
 #include <cstdio>
 
 namespace kelLua::wrap {
@@ -20,7 +21,31 @@ struct Text
 void enterClass(lua_State* L, const Entry& entry)
 {
   tolua_cclass(L, entry.name, entry.type, entry.base, entry.function);
+  if (*entry.base) {
+    luaL_getmetatable(L, entry.base);
+    members::classChanged(L, true);
+    lua_pop(L, 1);
+  }
   tolua_beginmodule(L, entry.name);
+}
+
+/// Ends the module or class whose table is on top.
+void leave(lua_State* L)
+{
+  lua_pushvalue(L, -1);
+  lua_rawget(L, LUA_REGISTRYINDEX);
+  const bool isClass = lua_type(L, -1) == LUA_TSTRING;
+  lua_pop(L, 1);
+  if (isClass) members::classChanged(L, false);
+  tolua_endmodule(L);
+}
+
+void enterFunction(lua_State* L, const Entry& entry)
+{
+  if (entry.name[0] == '.') addOperator(entry.function);
+  lua_pushstring(L, entry.name);
+  pushWrapper(L, entry.function, 0);
+  lua_rawset(L, -3);
 }
 
 void runChunk(lua_State* L, const Entry& entry)
@@ -30,37 +55,20 @@ void runChunk(lua_State* L, const Entry& entry)
   lua_settop(L, top);
 }
 
-/// Gives the const form of a type its table of bases. tolua++ makes one only for classes with members, but
-/// takes it for granted when it pushes an object for a second time, and otherwise changes a stranger's type.
-void addConstBases(lua_State* L, const char* type)
-{
-  lua_pushstring(L, "tolua_super");
-  lua_rawget(L, LUA_REGISTRYINDEX);
-  lua_pushfstring(L, "const %s", type);
-  lua_rawget(L, LUA_REGISTRYINDEX);
-  lua_newtable(L);
-  lua_rawset(L, -3);
-  lua_pop(L, 1);
-}
-
 /// Registers a type and the collector of values that carry its string, plain or const.
-void enterType(lua_State* L, const TypeEntry& type)
+void enterType(lua_State* L, const TypeEntry& entry)
 {
-  luaL_getmetatable(L, type.name);
-  const bool known = lua_istable(L, -1);
-  lua_pop(L, 1);
-  if (!known) {
-    tolua_usertype(L, type.name);
-    addConstBases(L, type.name);
-    addClassEvents(L, type.name);
-  }
-  if (!type.collector) return;
+  addType(L, entry.name);
+  if (entry.isInline) dropFinaliser(L, entry.name);
   for (const char* prefix : {"", "const "}) {
-    lua_pushfstring(L, "%s%s", prefix, type.name);
+    lua_pushfstring(L, "%s%s", prefix, entry.name);
+    const Type& each = type(lua_tostring(L, -1));
     lua_rawget(L, LUA_REGISTRYINDEX);
-    lua_pushcfunction(L, type.collector);
-    lua_setfield(L, -2, ".collector");
-    lua_pop(L, 1);
+    if (entry.collector) {
+      lua_pushcfunction(L, entry.collector);
+      lua_setfield(L, -2, ".collector");
+    }
+    lua_rawseti(L, LUA_REGISTRYINDEX, each.metatableKey);
   }
 }
 
@@ -118,11 +126,11 @@ int openPackage(lua_State* L, const TypeEntry* types, const Entry* entries)
       ++depth;
       break;
     case Entry::Kind::End:
-      tolua_endmodule(L);
+      leave(L);
       --depth;
       break;
     case Entry::Kind::Function:
-      tolua_function(L, entry->name, entry->function);
+      enterFunction(L, *entry);
       break;
     case Entry::Kind::Constant:
       tolua_constant(L, entry->name, entry->value);

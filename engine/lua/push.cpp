@@ -4,11 +4,16 @@
 
 namespace kelLua {
 
-void pushusertype(lua_State* L, void* object, const char* typeName) { handles::push(L, object, typeName); }
-
-void pushcounted(lua_State* L, const kel::Referenced* counted, void* object, const char* typeName)
+void pushusertype(lua_State* L, void* object, const char* typeName)
 {
-  handles::pushCounted(L, counted, object, typeName);
+  handles::push(L, object, wrap::type(typeName));
+}
+
+void pushusertype(lua_State* L, void* object, const wrap::Type& type) { handles::push(L, object, type); }
+
+void pushcounted(lua_State* L, const kel::Referenced* counted, void* object, const wrap::Type& type)
+{
+  handles::pushCounted(L, counted, object, type);
 }
 
 void pushstring(lua_State* L, const char* text) { lua_pushstring(L, text); }

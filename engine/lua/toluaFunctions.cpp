@@ -1,4 +1,6 @@
 #include "toluaFunctions.h"
+#include "ClassEvents.h"
+#include "Members.h"
 #include "kelLua/Handles.h"
 #include <lua.hpp>
 #include <tolua++.h>
@@ -20,9 +22,9 @@ int cast(lua_State* L)
   if (!known || !object)
     lua_pushnil(L);
   else if (address)
-    handles::push(L, object, type);
+    handles::push(L, object, wrap::type(type));
   else
-    handles::pushMember(L, object, type, 1);
+    handles::pushMember(L, object, wrap::type(type), true);
   return 1;
 }
 
@@ -43,17 +45,50 @@ int setPeer(lua_State* L)
   luaL_argcheck(L, handles::isHandle(L, 1), 1, "object expected");
   luaL_argcheck(L, lua_isnoneornil(L, 2) || lua_istable(L, 2), 2, "table or nil expected");
   lua_settop(L, 2);
+  members::objectHasFields(L, 1);
   handles::setPeer(L, 1);
   return 0;
+}
+
+/// tolua.takeownership(object): Lua frees the object from now on; whether that is new. A value that lies in
+/// its handle is Lua's already.
+int takeOwnership(lua_State* L)
+{
+  const bool canTake = handles::isHandle(L, 1) && !handles::isInside(L, 1);
+  if (canTake) restoreFinaliser(L, 1);
+  lua_gc(L, LUA_GCCOLLECT, 0); // what is to be collected must not be registered
+  lua_pushboolean(L, canTake && *static_cast<void**>(lua_touserdata(L, 1)) && tolua_register_gc(L, 1));
+  return 1;
+}
+
+/// tolua.releaseownership(object): Lua does not free the object any more; whether it did. A value that lies
+/// in its handle moves to memory of its own.
+int releaseOwnership(lua_State* L)
+{
+  const bool isHandle = handles::isHandle(L, 1);
+  if (!isHandle || handles::moveOut(L, 1)) {
+    lua_pushboolean(L, isHandle);
+    return 1;
+  }
+  lua_pushvalue(L, lua_upvalueindex(1));
+  lua_insert(L, 1);
+  lua_call(L, lua_gettop(L) - 1, 1);
+  return 1;
 }
 
 } // namespace
 
 void openToluaFunctions(lua_State* L)
 {
-  static const luaL_Reg FUNCTIONS[] = {
-      {"cast", cast}, {"inherit", inherit}, {"setpeer", setPeer}, {nullptr, nullptr}};
+  static const luaL_Reg FUNCTIONS[] = {{"cast", cast},
+                                       {"inherit", inherit},
+                                       {"setpeer", setPeer},
+                                       {"takeownership", takeOwnership},
+                                       {nullptr, nullptr}};
   lua_getglobal(L, "tolua");
+  lua_getfield(L, -1, "releaseownership");
+  lua_pushcclosure(L, releaseOwnership, 1);
+  lua_setfield(L, -2, "releaseownership");
   luaL_register(L, nullptr, FUNCTIONS);
   lua_pop(L, 1);
 }

@@ -13,7 +13,8 @@ class Material : public Referenced, public kelStream::Serializable
 public:
   /// Coefficient of dry friction: wood on stone, dry metal on metal.
   static constexpr Real DEFAULT_FRICTION = 0.5;
-  /// Ratio of speeds after and before an impact: hard plastic or wood, which bounce a little and come to rest.
+  /// Ratio of speeds after and before an impact: hard plastic or wood, which bounce a little and come to
+  /// rest.
   static constexpr Real DEFAULT_RESTITUTION = 0.5;
   /// Density of water, kg/m3.
   static constexpr Real DEFAULT_DENSITY = 1000;

@@ -9,9 +9,20 @@
 
 namespace kel {
 
+/// The type to compute in with elements of type `T`: `T`, but without the sign for integers, so that they
+/// wrap.
+template <class T> struct ComputedIn
+{
+  using Type = T;
+};
+template <std::integral T> struct ComputedIn<T>
+{
+  using Type = std::make_unsigned_t<T>;
+};
+
 /// What vectors `V` of `N` elements of type `T` have in common. Elements are taken in index order, and sums
-/// are formed in that order in `T`; units are those of the elements. Vectors of three keep a fourth element,
-/// which stays 0, so that all rows in memory are 16-byte multiples.
+/// are formed in that order in `T`, where integers wrap; units are those of the elements. Vectors of three
+/// keep a fourth element, which stays 0, so that all rows in memory are 16-byte multiples.
 template <class V, class T, std::size_t N> class VecBase
 {
 public:
@@ -61,22 +72,22 @@ public:
   /// The sum.
   constexpr V operator+(const V& other) const
   {
-    return generate([&](std::size_t i) { return m_data[i] + other[i]; });
+    return generate([&](std::size_t i) { return operand(i) + other.operand(i); });
   }
   /// The difference.
   constexpr V operator-(const V& other) const
   {
-    return generate([&](std::size_t i) { return m_data[i] - other[i]; });
+    return generate([&](std::size_t i) { return operand(i) - other.operand(i); });
   }
   /// Every sign flipped, also that of a 0.
   constexpr V operator-() const
   {
-    return generate([&](std::size_t i) { return -m_data[i]; });
+    return generate([&](std::size_t i) { return -operand(i); });
   }
   /// Each element times a factor.
   constexpr V operator*(T factor) const
   {
-    return generate([&](std::size_t i) { return m_data[i] * factor; });
+    return generate([&](std::size_t i) { return operand(i) * static_cast<Computed>(factor); });
   }
   friend constexpr V operator*(T factor, const V& v) { return v * factor; }
   /// Divides each element; not a product with the reciprocal.
@@ -92,14 +103,17 @@ public:
   /// Dot product.
   constexpr T operator*(const V& other) const
   {
-    return [&]<std::size_t... I>(std::index_sequence<I...>) { return (... + (m_data[I] * other[I])); }
+    return [&]<std::size_t... I>(std::index_sequence<I...>)
+    {
+      return static_cast<T>((... + (operand(I) * other.operand(I))));
+    }
     (std::make_index_sequence<N>());
   }
 
   /// Products element by element.
   static constexpr V mul(const V& a, const V& b)
   {
-    return generate([&](std::size_t i) { return a[i] * b[i]; });
+    return generate([&](std::size_t i) { return a.operand(i) * b.operand(i); });
   }
   /// Quotients element by element.
   static constexpr V div(const V& a, const V& b)
@@ -165,6 +179,9 @@ protected:
   }
 
 private:
+  using Computed = typename ComputedIn<T>::Type;
+
+  constexpr Computed operand(std::size_t i) const { return static_cast<Computed>(m_data[i]); }
   constexpr V& self() { return static_cast<V&>(*this); }
   constexpr const V& self() const { return static_cast<const V&>(*this); }
   static constexpr std::size_t checked(std::size_t i)

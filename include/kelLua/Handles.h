@@ -1,6 +1,13 @@
 #pragma once
+#include "kelLua/Type.h"
+#include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <lua.hpp>
+#include <new>
+#include <tolua++.h>
+#include <type_traits>
+#include <utility>
 
 namespace kel {
 class Referenced;
@@ -17,19 +24,32 @@ namespace kelLua::handles {
 void open(lua_State* L);
 
 /// Pushes a handle on an object that nobody watches (a singleton, a plain engine object); nil for null.
-void push(lua_State* L, const void* object, const char* type);
+void push(lua_State* L, const void* object, const wrap::Type& type);
 
 /// Pushes a handle on a counted object; nil for null. Takes no reference. The handle is cleared when it dies.
-void pushCounted(lua_State* L, const kel::Referenced* counted, const void* object, const char* type);
+void pushCounted(lua_State* L, const kel::Referenced* counted, const void* object, const wrap::Type& type);
 
-/// Pushes a handle on something that lies inside the object at stack index `owner`; nil for null. The new
-/// handle keeps the owner's handle alive and is cleared when the owner dies. An object that is itself the
-/// owner, or another value on the stack, is pushed as the handle that it has.
-void pushMember(lua_State* L, const void* object, const char* type, int owner);
+/// Pushes a handle on something that the object at stack index 1 gives and that lies inside it; nil for null.
+/// The new handle keeps the owner's handle alive and is cleared when the owner dies. What is itself the
+/// owner, as `isOwner` says, or another value on the stack is pushed as the handle that it has.
+void pushMember(lua_State* L, const void* object, const wrap::Type& type, bool isOwner);
 
-/// Pushes a handle on a new value that lies inside the handle itself, and returns where to construct it. Such
-/// a value needs no collector; it must be trivially destructible.
-void* pushValue(lua_State* L, std::size_t size, std::size_t alignment, const char* type);
+/// Pushes a handle on a new T that lies inside the handle itself and needs no collector. Only for wrappers:
+/// the type's package must have been opened in this state.
+template <class T, class... Arguments>
+void pushValue(lua_State* L, const wrap::Type& type, Arguments&&... arguments)
+{
+  static_assert(std::is_trivially_destructible_v<T>);
+  constexpr std::size_t slack = alignof(T) > alignof(void*) ? alignof(T) : 0;
+  constexpr std::size_t room = std::max(sizeof(T), 2 * sizeof(void*)); // tells it from the other handles
+  auto** handle = static_cast<void**>(lua_newuserdata(L, sizeof(void*) + room + slack));
+  void* place = handle + 1;
+  if constexpr (slack != 0)
+    place = reinterpret_cast<void*>((reinterpret_cast<std::uintptr_t>(place) + slack - 1) & ~(slack - 1));
+  *handle = new (place) T(std::forward<Arguments>(arguments)...);
+  lua_rawgeti(L, LUA_REGISTRYINDEX, type.metatableKey);
+  lua_setmetatable(L, -2); // the environment, and so the lack of own fields, is the wrapper's
+}
 
 /// Whether the value at a stack index is a handle at all.
 bool isHandle(lua_State* L, int index);
@@ -37,6 +57,10 @@ bool isHandle(lua_State* L, int index);
 /// Whether the object of the handle at a stack index lies inside that handle or inside another object, so
 /// that it cannot be freed by itself.
 bool isInside(lua_State* L, int index);
+
+/// Moves a value that lies in its own handle, at a stack index, to memory of `operator new` that nobody owns.
+/// False, and nothing, for any other handle.
+bool moveOut(lua_State* L, int index);
 
 /// Makes the table on top of the stack the place of a script's own fields of the handle at a stack index; nil
 /// for a new one when it is needed. Pops it.

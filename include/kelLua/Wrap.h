@@ -2,6 +2,7 @@
 #include "kel/Referenced.h"
 #include "kelLua/Handles.h"
 #include "kelLua/LuaCallback.h"
+#include "kelLua/Type.h"
 #include <cstdint>
 #include <limits>
 #include <memory>
@@ -13,26 +14,10 @@
 
 /// What the generated wrappers are made of: guards, readers, results, registration.
 ///
-/// A wrapper guards its arguments in order, reads self, reads the arguments, calls the engine and pushes the
-/// results. Guards that fail fill in a `tolua_Error` and raise nothing; functions that raise say so.
+/// A wrapper guards self and its arguments in order, calls the engine and pushes the results. Guards of
+/// objects and required numbers also fetch what they let pass; texts and optional values are read behind the
+/// guards. Guards that fail fill in a `tolua_Error` and raise nothing; functions that raise say so.
 namespace kelLua::wrap {
-
-/// A type string of the scripts, such as "kel::Vec3" or "const kel::Vec3"; one static record a string and
-/// package. It remembers which metatables the type accepts, for the state that asked last.
-struct Type
-{
-  struct Judged
-  {
-    const void* metatable = nullptr;
-    bool accepted = false;
-  };
-
-  const char* name;
-  mutable const void* registry = nullptr; ///< Identifies the state.
-  mutable unsigned generation = 0;        ///< Of the classes when the judgements were made.
-  mutable unsigned next = 0;
-  mutable Judged judged[4] = {};
-};
 
 // ---- Traits, as template arguments of what uses them: an opaque type may be complete in another source.
 
@@ -87,14 +72,69 @@ template <class T, class Base> constexpr bool hasBaseAtStart()
 
 // ---- Guards: whether stack index n holds a value for a parameter. The `opt` forms also take nil or nothing.
 
+namespace slow {
+
+// What the inlined guards do not decide.
+bool isClass(lua_State* L, const Type& type);
+bool isPointer(lua_State* L, int n, void*& object, const Type& type, tolua_Error* failure);
+bool isReference(lua_State* L, int n, void*& object, const Type& type, tolua_Error* failure);
+bool isNumber(lua_State* L, int n, tolua_Error* failure);
+
+} // namespace slow
+
+/// The handle at index n when its class is known to be of the type; null says nothing.
+inline void** knownHandle(lua_State* L, int n, const Type& type)
+{
+  auto** handle = static_cast<void**>(lua_touserdata(L, n));
+  if (!handle || !lua_getmetatable(L, n)) return nullptr;
+  const void* metatable = lua_topointer(L, -1);
+  lua_settop(L, -2);
+  return type.accepts(metatable) ? handle : nullptr;
+}
+
 /// The class table, or that of a derived class. Where index 1 holds neither, the script left it out: a
 /// placeholder moves the arguments up by one. Always true.
-bool isClass(lua_State* L, const Type& type, tolua_Error* failure);
-/// An object of the type, plain or derived, or nil.
-bool isPointer(lua_State* L, int n, const Type& type, tolua_Error* failure);
-inline bool isSelf(lua_State* L, const Type& type, tolua_Error* failure)
+inline bool isClass(lua_State* L, const Type& type)
 {
-  return isPointer(L, 1, type, failure);
+  const void* table = lua_topointer(L, 1);
+  return (table && type.accepts(table)) || slow::isClass(L, type);
+}
+/// An object of the type, plain or derived, or nil. Null for nil and for a cleared handle.
+template <class T> bool isPointer(lua_State* L, int n, T*& object, const Type& type, tolua_Error* failure)
+{
+  if (void** handle = knownHandle(L, n, type)) {
+    object = static_cast<T*>(*handle);
+    return true;
+  }
+  void* found = nullptr;
+  const bool result = slow::isPointer(L, n, found, type, failure);
+  object = static_cast<T*>(found);
+  return result;
+}
+template <class T> bool isSelf(lua_State* L, T*& object, const Type& type, tolua_Error* failure)
+{
+  return isPointer(L, 1, object, type, failure);
+}
+/// An object of the type that lives: neither nil nor a cleared handle.
+template <class T> bool isReference(lua_State* L, int n, T*& object, const Type& type, tolua_Error* failure)
+{
+  static_assert(!std::is_enum_v<T>, "an enum of another package is named by ##enum");
+  void** handle = knownHandle(L, n, type);
+  void* found = handle ? *handle : nullptr;
+  const bool result = found || slow::isReference(L, n, found, type, failure);
+  object = static_cast<T*>(found);
+  return result;
+}
+/// A number, or a text that reads as one.
+inline bool isNumber(lua_State* L, int n, double& value, tolua_Error* failure)
+{
+  value = lua_tonumber(L, n);
+  return value != 0 || slow::isNumber(L, n, failure);
+}
+inline bool isBool(lua_State* L, int n, bool& value, tolua_Error* failure)
+{
+  value = lua_toboolean(L, n) != 0;
+  return lua_type(L, n) == LUA_TBOOLEAN || tolua_isboolean(L, n, 0, failure) != 0;
 }
 inline bool isNumber(lua_State* L, int n, tolua_Error* failure)
 {
@@ -106,14 +146,15 @@ inline bool isBool(lua_State* L, int n, tolua_Error* failure)
 }
 inline bool isString(lua_State* L, int n, tolua_Error* failure)
 {
-  return tolua_isstring(L, n, 0, failure) != 0;
+  return lua_type(L, n) == LUA_TSTRING || tolua_isstring(L, n, 0, failure) != 0;
 }
+/// An address, an object or nil; a userdata of another library may be smaller than a pointer.
 inline bool isAddress(lua_State* L, int n, tolua_Error* failure)
 {
-  return tolua_isuserdata(L, n, 0, failure) != 0;
+  if (lua_isnil(L, n) || lua_islightuserdata(L, n) || handles::isHandle(L, n)) return true;
+  *failure = {n, 0, "userdata"};
+  return false;
 }
-/// An object of the type that lives: neither nil nor a cleared handle.
-bool isReference(lua_State* L, int n, const Type& type, tolua_Error* failure);
 inline bool isTable(lua_State* L, int n, tolua_Error* failure)
 {
   return tolua_istable(L, n, 0, failure) != 0;
@@ -121,23 +162,34 @@ inline bool isTable(lua_State* L, int n, tolua_Error* failure)
 /// A table with at least `size` numbers.
 inline bool isNumberArray(lua_State* L, int n, int size, tolua_Error* failure)
 {
-  return tolua_isnumberarray(L, n, size, 0, failure) != 0;
+  const int top = lua_gettop(L);
+  const bool result = tolua_isnumberarray(L, n, size, 0, failure) != 0;
+  lua_settop(L, top); // it leaves the element that failed
+  return result;
 }
 /// No argument from index n on.
-inline bool isEnd(lua_State* L, int n, tolua_Error* failure) { return tolua_isnoobj(L, n, failure) != 0; }
+inline bool isEnd(lua_State* L, int n, tolua_Error* failure)
+{
+  if (lua_gettop(L) < n) return true;
+  *failure = {n, 0, "[no object]"};
+  return false;
+}
 
 inline bool isGiven(lua_State* L, int n) { return !lua_isnoneornil(L, n); }
 inline bool optNumber(lua_State* L, int n, tolua_Error* e) { return !isGiven(L, n) || isNumber(L, n, e); }
 inline bool optBool(lua_State* L, int n, tolua_Error* e) { return !isGiven(L, n) || isBool(L, n, e); }
 inline bool optString(lua_State* L, int n, tolua_Error* e) { return !isGiven(L, n) || isString(L, n, e); }
 inline bool optAddress(lua_State* L, int n, tolua_Error* e) { return !isGiven(L, n) || isAddress(L, n, e); }
-inline bool optPointer(lua_State* L, int n, const Type& type, tolua_Error* e)
+/// Null also for nothing.
+template <class T> bool optPointer(lua_State* L, int n, T*& object, const Type& type, tolua_Error* failure)
 {
-  return !isGiven(L, n) || isPointer(L, n, type, e);
+  object = nullptr;
+  return !isGiven(L, n) || isPointer(L, n, object, type, failure);
 }
-inline bool optReference(lua_State* L, int n, const Type& type, tolua_Error* e)
+template <class T> bool optReference(lua_State* L, int n, T*& object, const Type& type, tolua_Error* failure)
 {
-  return !isGiven(L, n) || isReference(L, n, type, e);
+  object = nullptr;
+  return !isGiven(L, n) || isReference(L, n, object, type, failure);
 }
 
 // ---- Readers of guarded values.
@@ -185,26 +237,9 @@ inline std::string string(lua_State* L, int n, const std::string& absent)
 
 inline void* address(lua_State* L, int n) { return tolua_touserdata(L, n, nullptr); }
 
-/// Null for nil and for a cleared handle.
-template <class T> T* pointer(lua_State* L, int n)
+/// The object of an optional reference that has no default: raises when there is none.
+template <class T> T& required(lua_State* L, T* object, int n, const Type& type, const char* function)
 {
-  if (lua_type(L, n) != LUA_TUSERDATA) return static_cast<T*>(tolua_tousertype(L, n, nullptr));
-  return *static_cast<T**>(lua_touserdata(L, n));
-}
-template <class T> T* pointer(lua_State* L, int n, T* absent)
-{
-  return isGiven(L, n) ? pointer<T>(L, n) : absent;
-}
-
-template <class T> T& reference(lua_State* L, int n)
-{
-  static_assert(!std::is_enum_v<T>, "an enum of another package is named by ##enum");
-  return *pointer<T>(L, n);
-}
-/// Raises when there is no object, which only an optional position allows.
-template <class T> T& reference(lua_State* L, int n, const Type& type, const char* function)
-{
-  T* object = pointer<T>(L, n);
   if (!object) missingObject(L, n, type, function);
   return *object;
 }
@@ -219,18 +254,12 @@ template <class T, int N> struct NumberArray
   }
 };
 
-/// The object of a method; raises for nil and for a cleared handle.
-template <class T> T* self(lua_State* L, const char* function)
+/// The object of a variable; raises for nil, for a cleared handle and for what is no object of the type.
+template <class T> T* owner(lua_State* L, const Type& type, const char* variable)
 {
-  T* object = pointer<T>(L, 1);
-  if (!object) badSelf(L, function);
-  return object;
-}
-/// The object of a variable; raises for nil and for a cleared handle.
-template <class T> T* owner(lua_State* L, const char* variable)
-{
-  T* object = pointer<T>(L, 1);
-  if (!object) badVariableSelf(L, variable);
+  T* object = nullptr;
+  tolua_Error failure;
+  if (!isSelf(L, object, type, &failure) || !object) badVariableSelf(L, variable);
   return object;
 }
 
@@ -255,47 +284,67 @@ template <class T, bool Counted = isCounted<T>>
 void pushObject(lua_State* L, const T* object, const Type& type)
 {
   if constexpr (Counted)
-    handles::pushCounted(L, object, object, type.name);
+    handles::pushCounted(L, object, object, type);
   else
-    handles::push(L, object, type.name);
+    handles::push(L, object, type);
 }
-/// An object that self gives: counted, or a part of self whose handle lives and dies with that of self.
-template <class T, bool Counted = isCounted<T>>
-void pushMember(lua_State* L, const T* object, const Type& type)
+/// An object that self gives: self, a counted object, or a part of self whose handle lives and dies with that
+/// of self.
+template <class T, class Self>
+void pushMember(lua_State* L, const T* object, const Type& type, const Self* self)
 {
-  if constexpr (Counted)
-    handles::pushCounted(L, object, object, type.name);
+  if constexpr (isCounted<T>)
+    handles::pushCounted(L, object, object, type);
   else
-    handles::pushMember(L, object, type.name, 1);
+    handles::pushMember(L, object, type, static_cast<const void*>(object) == self);
 }
+/// Holds a new object until its handle does: pushing raises when Lua has no memory.
+template <class T> struct Unpushed
+{
+  T* object;
+  explicit Unpushed(T* unpushed) : object(unpushed) {}
+  Unpushed(const Unpushed&) = delete;
+  Unpushed& operator=(const Unpushed&) = delete;
+  ~Unpushed()
+  {
+    if constexpr (isCounted<T>) {
+      if (object) object->reference();
+      if (object) object->unreference();
+    } else {
+      delete object;
+    }
+  }
+};
+
 /// A copy that the script owns.
 template <class T> void pushCopy(lua_State* L, T value, const Type& type)
 {
   if constexpr (std::is_trivially_destructible_v<T>) {
-    new (handles::pushValue(L, sizeof(T), alignof(T), type.name)) T(std::move(value));
+    handles::pushValue<T>(L, type, std::move(value));
   } else {
-    handles::push(L, new T(std::move(value)), type.name);
+    Unpushed<T> copy(new T(std::move(value)));
+    handles::push(L, copy.object, type);
     handles::collectTop(L, sizeof(T));
+    copy.object = nullptr;
   }
 }
 /// A new object; `local` gives the script a reference of its own, or the object itself where T is not
 /// counted.
 template <class T> void pushNew(lua_State* L, T* object, const Type& type, bool local)
 {
-  if constexpr (isCounted<T>) {
-    if (local) object->reference();
-    handles::pushCounted(L, object, object, type.name);
-  } else if constexpr (std::is_trivially_destructible_v<T>) {
-    if (local) {
-      const std::unique_ptr<T> original(object);
-      return pushCopy<T>(L, *original, type);
-    }
-    handles::push(L, object, type.name);
-  } else {
-    handles::push(L, object, type.name);
+  Unpushed<T> unpushed(object);
+  if constexpr (std::is_trivially_destructible_v<T>) {
+    if (local) return pushCopy<T>(L, *object, type);
   }
+  if constexpr (isCounted<T>)
+    handles::pushCounted(L, object, object, type);
+  else
+    handles::push(L, object, type);
   if (local) handles::collectTop(L, sizeof(T));
   if constexpr (isAdapter<T>) handles::adapterTop(L, object->object(), local);
+  if constexpr (isCounted<T>)
+    if (local) object->reference();
+  unpushed.object = nullptr;
 }
 
 /// The same of a T made of these arguments, in place where that is possible.
@@ -304,7 +353,7 @@ void construct(lua_State* L, const Type& type, bool local, Arguments&&... argume
 {
   if constexpr (std::is_trivially_destructible_v<T>)
     if (local) {
-      new (handles::pushValue(L, sizeof(T), alignof(T), type.name)) T(std::forward<Arguments>(arguments)...);
+      handles::pushValue<T>(L, type, std::forward<Arguments>(arguments)...);
       return;
     }
   pushNew(L, new T(std::forward<Arguments>(arguments)...), type, local);
@@ -323,18 +372,19 @@ template <class T> void release(lua_State* L, T* object)
     delete object;
   }
 }
-template <class T> int collect(lua_State* L)
+template <class T> int collect(lua_State* L, const Type& type)
 {
-  T* object = pointer<T>(L, 1);
-  if (!object || handles::isInside(L, 1)) return 0;
+  T* object = nullptr;
+  tolua_Error failure;
+  if (!isSelf(L, object, type, &failure) || !object || handles::isInside(L, 1)) return 0;
   // A finaliser of the script's own may still see this handle.
   if constexpr (!isCounted<T>) *static_cast<void**>(lua_touserdata(L, 1)) = nullptr;
   release(L, object);
   return 0;
 }
-template <class T> int destroy(lua_State* L)
+template <class T> int destroy(lua_State* L, T* object)
 {
-  T* object = self<T>(L, "delete");
+  if (!object) badSelf(L, "delete");
   const bool isInside = handles::isInside(L, 1);
   handles::clear(L, 1);
   if (!isInside) release(L, object);
@@ -342,13 +392,56 @@ template <class T> int destroy(lua_State* L)
 }
 
 /// The text for `tostring` of a class: its namespace's `toString`.
-template <class T, Type& type> int printed(lua_State* L)
+template <class T> int printed(lua_State* L, const Type& type)
 {
+  const T* object = nullptr;
   tolua_Error failure;
-  if (!isSelf(L, type, &failure)) failed(L, "tostring", &failure, nullptr);
-  pushString(L, toString(*self<const T>(L, "tostring")));
+  if (!isSelf(L, object, type, &failure)) failed(L, "tostring", &failure, nullptr);
+  if (!object) badSelf(L, "tostring");
+  pushString(L, toString(*object));
   return 1;
 }
+
+// ---- Overloads of one name that share a number of arguments.
+
+/// Tells a dispatcher that the arguments are not for this overload; the lowest one raises instead.
+constexpr int notTaken = -1;
+
+/// Finds the overload for a call. The order of the overloads decides which one takes an argument list; the
+/// winner is remembered for the shape of the list, the classes of its objects and the types of its other
+/// values. A list with texts or tables has no shape, as overloads may look into those.
+class Overloads
+{
+public:
+  /// The overloads, first tried first. `first` is the index of the first argument that tells them apart.
+  template <int N>
+  constexpr Overloads(const lua_CFunction (&overloads)[N], int first)
+      : m_overloads(overloads), m_numOverloads(N), m_first(first)
+  {}
+  int call(lua_State* L);
+
+private:
+  friend void forgetWinners();
+  static constexpr int maxArguments = 4;
+  static constexpr int numWinners = 16;
+
+  struct Winner
+  {
+    int size = -1; ///< Of the list, from the first argument that counts.
+    const void* classes[maxArguments] = {};
+    lua_CFunction function = nullptr;
+  };
+
+  bool hasShape(lua_State* L) const;
+  int search(lua_State* L, Winner& winner, const void* const* classes, int size);
+
+  const lua_CFunction* m_overloads;
+  int m_numOverloads;
+  int m_first;
+  Overloads* m_next = nullptr; ///< Of those that remember something.
+  bool m_remembers = false;
+  Winner m_winners[numWinners] = {};
+};
 
 // ---- Registration.
 
@@ -357,6 +450,7 @@ struct TypeEntry
 {
   const char* name;
   lua_CFunction collector;
+  bool isInline; ///< Values lie in their handles, so that handles need no finaliser.
 };
 
 /// One step of a package's open function.

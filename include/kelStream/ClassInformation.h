@@ -8,8 +8,8 @@ namespace kelStream {
 class ClassInformation
 {
 public:
-  /// Splits a signature. The return type may have scopes of its own, `virtual` in front and `const` behind are
-  /// passed over, and a constructor has no return type. Missing pieces stay empty.
+  /// Splits a signature. The return type may have scopes of its own, `virtual` in front and `const` behind
+  /// are passed over, and a constructor has no return type. Missing pieces stay empty.
   explicit ClassInformation(const char* prettyFunction);
 
   /// Outer scopes joined by "::", empty for a global class.

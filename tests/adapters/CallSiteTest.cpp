@@ -30,7 +30,7 @@ public:
     static const CallSite site(
         "virtual test::Policy test::Filter::decide(double, size_t, bool, const String&, Filter*) const");
     return site.callForResult(*this, IGNORE, number, count, flag, text,
-                              kelLua::ObjectArgument{object, "test::Filter"});
+                              kelLua::ObjectArgument{object, kelLua::wrap::type("test::Filter")});
   }
   bool accept()
   {
@@ -49,7 +49,7 @@ protected:
     tolua_beginmodule(L, nullptr);
     tolua_cclass(L, "Filter", "test::Filter", "", nullptr);
     tolua_endmodule(L);
-    kelLua::handles::pushCounted(L, filter.get(), filter.get(), "test::Filter");
+    kelLua::handles::pushCounted(L, filter.get(), filter.get(), kelLua::wrap::type("test::Filter"));
     lua_setglobal(L, "filter");
     manager->setLastScriptError("");
     kel::Logger::instance().setSink([this](auto, const std::string& text) { log += text; });

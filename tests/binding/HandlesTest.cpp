@@ -79,7 +79,7 @@ protected:
   Adapter* makeAdapter(const char* global)
   {
     auto* adapter = new Adapter;
-    handles::pushCounted(L, adapter, adapter, "test::Adapter");
+    handles::pushCounted(L, adapter, adapter, kelLua::wrap::type("test::Adapter"));
     adapter->reference();
     handles::collectTop(L, sizeof(Adapter));
     handles::adapterTop(L, adapter->object(), true);
@@ -105,10 +105,10 @@ TEST_F(Handles, DeathClearsTheObjectAndItsParts)
 {
   auto* whole = new Whole;
   whole->reference();
-  handles::pushCounted(L, whole, whole, "test::Whole");
-  handles::pushMember(L, &whole->part, "test::Part", 1);
+  handles::pushCounted(L, whole, whole, kelLua::wrap::type("test::Whole"));
+  handles::pushMember(L, &whole->part, kelLua::wrap::type("test::Part"), false);
   name("part");
-  handles::pushCounted(L, whole, whole, "test::Whole");
+  handles::pushCounted(L, whole, whole, kelLua::wrap::type("test::Whole"));
   EXPECT_TRUE(lua_rawequal(L, -1, -2)) << "one object, one handle";
   name("again");
   name("whole");
@@ -129,11 +129,11 @@ TEST_F(Handles, NewObjectAtAnOldAddressGetsItsOwnHandle)
   };
   static_assert(sizeof(Placed) == sizeof(Whole));
   auto* first = new (memory) Placed;
-  handles::pushCounted(L, first, first, "test::Whole");
+  handles::pushCounted(L, first, first, kelLua::wrap::type("test::Whole"));
   name("first");
   Placed::destroy(first);
   auto* second = new (memory) Placed;
-  handles::pushCounted(L, second, second, "test::Whole");
+  handles::pushCounted(L, second, second, kelLua::wrap::type("test::Whole"));
   name("second");
   EXPECT_EQ(object("first"), nullptr);
   EXPECT_EQ(object("second"), second);
@@ -144,11 +144,11 @@ TEST_F(Handles, DeathOnAnotherThreadIsSeenAtTheNextPush)
 {
   auto* whole = new Whole;
   whole->reference();
-  handles::pushCounted(L, whole, whole, "test::Whole");
+  handles::pushCounted(L, whole, whole, kelLua::wrap::type("test::Whole"));
   name("whole");
   std::thread([whole] { whole->unreference(); }).join();
   Part other;
-  handles::push(L, &other, "test::Part");
+  handles::push(L, &other, kelLua::wrap::type("test::Part"));
   EXPECT_EQ(object("whole"), nullptr);
 }
 
@@ -156,8 +156,8 @@ TEST_F(Handles, PartKeepsItsOwnersHandle)
 {
   auto* whole = new Whole;
   whole->reference();
-  handles::pushCounted(L, whole, whole, "test::Whole");
-  handles::pushMember(L, &whole->part, "test::Part", 1);
+  handles::pushCounted(L, whole, whole, kelLua::wrap::type("test::Whole"));
+  handles::pushMember(L, &whole->part, kelLua::wrap::type("test::Part"), false);
   name("part");
   EXPECT_EQ(run("weak = setmetatable({...}, {__mode = 'v'})"), "");
   lua_getglobal(L, "weak");
@@ -197,7 +197,7 @@ TEST_F(Handles, AdapterThatTheEngineHoldsKeepsItsFunctions)
       EXPECT_TRUE(callPost(adapter));
     }
     EXPECT_EQ(adapter->getReferenceCount(), 1U);
-    handles::pushCounted(L, adapter, adapter, "test::Adapter");
+    handles::pushCounted(L, adapter, adapter, kelLua::wrap::type("test::Adapter"));
     name("view");
     EXPECT_EQ(run("assert(calls == 3 and view.post)"), "");
     EXPECT_EQ(lua_gettop(L), 0);
@@ -209,7 +209,7 @@ TEST_F(Handles, AdapterThatTheEngineHoldsKeepsItsFunctions)
 TEST_F(Handles, FunctionsGivenThroughAViewStay)
 {
   const kel::ref_ptr<Adapter> engine(new Adapter);
-  handles::pushCounted(L, engine.get(), engine.get(), "test::Adapter");
+  handles::pushCounted(L, engine.get(), engine.get(), kelLua::wrap::type("test::Adapter"));
   name("view");
   EXPECT_FALSE(callPost(engine.get()));
   EXPECT_EQ(run("function view:post() end  view = nil"), "");
@@ -249,10 +249,11 @@ TEST_F(Handles, AdapterOutlivesItsState)
 TEST_F(Handles, DeletedOwnerClearsItsParts)
 {
   auto* value = new Part[2];
-  handles::push(L, value, "test::Part");
-  handles::pushMember(L, value + 1, "test::Part", 1);
-  handles::pushMember(L, &value[1].value, "test::Whole", 2);
-  handles::clear(L, 1);
+  handles::push(L, value, kelLua::wrap::type("test::Part"));
+  handles::pushMember(L, value + 1, kelLua::wrap::type("test::Part"), false);
+  lua_insert(L, 1);
+  handles::pushMember(L, &value[1].value, kelLua::wrap::type("test::Whole"), false);
+  handles::clear(L, 2);
   for (int i = 1; i <= 3; ++i) EXPECT_EQ(tolua_tousertype(L, i, nullptr), nullptr);
   delete[] value;
 }

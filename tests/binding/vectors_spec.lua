@@ -255,6 +255,13 @@ describe("kel.Vec2i and kel.Vec2u", function()
       assert.is_true(v:x() >= 3 and v:x() <= 5 and v:x() % 1 == 0)
     end
   end)
+
+  it("wrap at 64 bits", function()
+    local low = kel.Vec2i(-2 ^ 63, -2 ^ 62)
+    assert.same({-2 ^ 63, 2 ^ 62}, elements(-low))
+    assert.same({0, -2 ^ 63}, elements(low + low))
+    assert.same({0, 0}, elements(low * 4))
+  end)
 end)
 
 describe("kel.Vec4 and kel.Vec4f", function()

@@ -15,22 +15,40 @@ C.record = record
 local GUARDS = {number = "Number", bool = "Bool", string = "String", address = "Address", pointer = "Pointer",
                 reference = "Reference", value = "Reference"}
 
+local OBJECTS = {pointer = true, reference = true, value = true}
+
 local function objectType(t) return (t.const and "const " or "")..t.cpp end
 -- an object by value is read through the type that its guard accepts
 local function readType(t) return t.kind == "value" and not t.const and "const "..t.cpp or objectType(t) end
 
-function C.guard(t, n)
-  local form = (t.default and "opt" or "is")..GUARDS[t.kind]
-  return "wrap::"..form.."(L, "..n..(t.typeString and ", "..record(t.typeString) or "")..", &e)"
+-- Guards fetch objects and required numbers and bools into a local, as that spares a second look at the stack; texts
+-- are read behind the guards, since reading a number as a text changes the stack.
+local FETCHED = {number = "double", bool = "bool"}
+local function fetchedType(t)
+  if OBJECTS[t.kind] then return readType(t).."*" end
+  return not t.default and not t.inout and FETCHED[t.kind] or nil
 end
 
--- The whole chain of a function; notes each argument's stack index in it. The lowest overload tests from left to right,
+-- the local that a guard fetches the value at a position into
+function C.fetched(t, n)
+  local type = fetchedType(t)
+  return type and type.." a"..n.."{};"
+end
+
+function C.guard(t, n)
+  local form = (t.default and "opt" or "is")..GUARDS[t.kind]
+  local fetched = fetchedType(t) and ", a"..n or ""
+  return "wrap::"..form.."(L, "..n..fetched..(t.typeString and ", "..record(t.typeString) or "")..", &e)"
+end
+
+-- The whole chain of a function; notes each argument's stack index in it. The entry function of several overloads looks
+-- after the class table of static ones. The lowest overload tests from left to right,
 -- as its failure is the one that is reported; the others begin with the number of arguments, the cheapest test.
 function C.guards(f)
   local list, last, n = {}, {}, 1
-  if f.self == "class" then list[1] = "wrap::isClass(L, "..record(f.class.type)..", &e)"
-  elseif f.self ~= "none" then
-    list[1] = "wrap::isSelf(L, "..record((f.self == "const" and "const " or "")..f.class.type)..", &e)"
+  if f.self == "class" and #f.overloads == 1 then list[1] = "wrap::isClass(L, "..record(f.class.type)..")"
+  elseif f.self == "plain" or f.self == "const" then
+    list[1] = "wrap::isSelf(L, self, "..record((f.self == "const" and "const " or "")..f.class.type)..", &e)"
   end
   if f.self ~= "none" then n = 2 end
   for _, argument in ipairs(f.args) do
@@ -43,7 +61,7 @@ function C.guards(f)
   end
   local isEnd = "wrap::isEnd(L, "..n..", &e)"
   if f.number == 0 then list[#list + 1] = isEnd
-  else table.insert(list, f.self == "class" and 2 or 1, isEnd) end
+  else table.insert(list, 1, isEnd) end
   for _, guard in ipairs(last) do list[#list + 1] = guard end
   return table.concat(list, " && ")
 end
@@ -51,25 +69,28 @@ end
 function C.isNull(default) return default == "0" or default == "NULL" or default == "nullptr" end
 
 local function readObject(t, n, functionName)
-  if not t.default then return "wrap::reference<"..readType(t)..">(L, "..n..")" end
-  if C.isNull(t.default) then
-    return "wrap::reference<"..readType(t)..">(L, "..n..", "..record(t.typeString)..", "..T.quote(functionName)..")"
+  local a = "a"..n
+  if t.kind == "pointer" then
+    if not t.default or C.isNull(t.default) then return a end
+    return "wrap::isGiven(L, "..n..") ? "..a.." : "..t.default
   end
-  local given = "wrap::reference<"..readType(t)..">(L, "..n..")"
-  return "wrap::isGiven(L, "..n..") ? "..given.." : static_cast<const "..t.cpp.."&>("..t.default..")"
+  if not t.default then return "*"..a end
+  if C.isNull(t.default) then
+    return "wrap::required(L, "..a..", "..n..", "..record(t.typeString)..", "..T.quote(functionName)..")"
+  end
+  return a.." ? *"..a.." : static_cast<const "..t.cpp.."&>("..t.default..")"
 end
 
 function C.read(t, n, functionName)
   local absent = t.default and ", "..t.default or ""
   if t.kind == "number" then
+    if fetchedType(t) then return t.cpp == "double" and "a"..n or "wrap::toNumber<"..t.cpp..">(a"..n..")" end
     if t.default then absent = ", static_cast<"..t.cpp..">("..t.default..")" end
     return "wrap::number<"..t.cpp..">(L, "..n..absent..")"
-  elseif t.kind == "bool" then return "wrap::flag(L, "..n..absent..")"
+  elseif t.kind == "bool" then return fetchedType(t) and "a"..n or "wrap::flag(L, "..n..absent..")"
   elseif t.kind == "string" then return "wrap::"..(t.cstring and not t.inout and "text" or "string").."(L, "..n..absent..")"
   elseif t.kind == "address" then return "wrap::address(L, "..n..")"
   elseif t.kind == "array" then return "wrap::NumberArray<"..t.cpp..", "..t.dim..">(L, "..n..").values"
-  elseif t.kind == "pointer" then
-    return "wrap::pointer<"..objectType(t)..">(L, "..n..(C.isNull(t.default) and "" or absent)..")"
   end
   return readObject(t, n, functionName)
 end

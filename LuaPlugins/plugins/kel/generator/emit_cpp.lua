@@ -1,5 +1,5 @@
 -- The C++ source of a package: one short function a wrapper, all behaviour in kelLua/Wrap.h.
-local T, C, signature = load "template", load "cpp_types", load "signature"
+local T, C, O, signature = load "template", load "cpp_types", load "overloads", load "signature"
 
 local FILE = [[
 // Package ${name}, made from ${name}.pkg by the binding generator.
@@ -21,7 +21,7 @@ ${wrappers}
 ${chunks}
 const wrap::TypeEntry TYPES[] = {
     ${typeEntries}
-    {nullptr, nullptr},
+    {nullptr, nullptr, false},
 };
 
 const wrap::Entry MEMBERS[] = {
@@ -47,6 +47,7 @@ ${body}
 int ${function}(lua_State* L${local})
 {
   tolua_Error e;
+  ${fetched}
   if (!(${guard}))
     ${otherwise}
   ${self}
@@ -54,8 +55,7 @@ int ${function}(lua_State* L${local})
   ${call}
   ${extra}
   return ${count};
-}
-${constructors}]]
+}]]
 
 -- the message is copied before the error is raised, so that no exception object is left behind
 local BOUNDED = [[
@@ -67,10 +67,6 @@ try {
   inside = false;
 }
 if (!inside) wrap::outOfRange(L);]]
-
-local CONSTRUCTORS = [[
-int ${wrapper}(lua_State* L) { return ${wrapper}_any(L, false); }
-int ${wrapper}_local(lua_State* L) { return ${wrapper}_any(L, true); }]]
 
 local GETTER = [[
 int ${get}(lua_State* L)
@@ -85,13 +81,14 @@ int ${set}(lua_State* L)
 {
   ${owner}
   tolua_Error e;
+  ${fetched}
   if (!${guard}) wrap::badValue(L, &e);
   ${member} = ${value};
   return 0;
 }]]
 
 local record = C.record
-local function wrapperName(f, number) return f.cname..string.format("%02d", number or f.number) end
+local wrapperName = O.wrapperName
 local function collectorName(typeString) return "tolua_collect_"..C.identifier(typeString) end
 
 local function bodyFunction(f)
@@ -117,7 +114,8 @@ local function pushObject(t, expression, member)
   local type = record(t.typeString)
   if t.kind == "value" then return "wrap::pushCopy<"..t.cpp..">(L, "..expression..", "..type..");" end
   local address = t.kind == "reference" and "&("..expression..")" or "wrap::plain("..expression..")"
-  return "wrap::"..(member and "pushMember" or "pushObject").."<"..t.cpp..">(L, "..address..", "..type..");"
+  if member then return "wrap::pushMember<"..t.cpp..">(L, "..address..", "..type..", self);" end
+  return "wrap::pushObject<"..t.cpp..">(L, "..address..", "..type..");"
 end
 
 local function construct(f, actual)
@@ -146,11 +144,18 @@ local function callText(f, actual)
 end
 
 local function otherwise(f, any)
+  if f.number > 0 and O.isDispatched(f) then return "return wrap::notTaken;" end
   if f.number > 0 then
     return "return "..wrapperName(f, f.number - 1)..any.."(L"..(f.constructor and ", local" or "")..");"
   end
   local lines = T.each(f.overloads, "\n", function(overload) return "       "..signature.line(overload) end)
   return "wrap::failed(L, "..T.quote(f.name)..", &e, "..T.quote(lines)..");"
+end
+
+local function fetchedLocals(f)
+  local locals = {hasSelf(f) and selfType(f).."* self{};" or nil}
+  for _, argument in ipairs(f.args) do locals[#locals + 1] = C.fetched(argument, argument.n) end
+  return table.concat(locals, "\n")
 end
 
 local function wrapper(f)
@@ -160,8 +165,8 @@ local function wrapper(f)
   for _, argument in ipairs(f.args) do
     local value = C.read(argument, argument.n, f.name)
     if argument.kind == "reference" and C.isNull(argument.default) then
-      table.insert(locals, 1, "auto& a"..argument.n.." = "..value..";") -- raises, so it goes before any text is copied
-      value = "a"..argument.n
+      table.insert(locals, 1, "auto& r"..argument.n.." = "..value..";") -- raises, so it goes before any text is copied
+      value = "r"..argument.n
     elseif argument.inout then
       locals[#locals + 1] = argument.cpp.." a"..argument.n.." = "..value..";"
       extra[#extra + 1] = pushBasic(argument, "a"..argument.n)
@@ -175,21 +180,21 @@ local function wrapper(f)
   return T.fill(WRAPPER, {
     body = bodyFunction(f),
     ["function"] = wrapperName(f)..any, ["local"] = f.constructor and ", bool local" or "",
-    guard = guard, otherwise = otherwise(f, any),
-    self = hasSelf(f) and "auto* self = wrap::self<"..selfType(f)..">(L, "..T.quote(f.errorName)..");" or "",
+    fetched = fetchedLocals(f), guard = guard, otherwise = otherwise(f, any),
+    self = hasSelf(f) and "if (!self) wrap::badSelf(L, "..T.quote(f.errorName)..");" or "",
     locals = table.concat(locals, "\n"), call = call, extra = table.concat(extra, "\n"),
     count = results,
-    constructors = f.constructor and T.fill(CONSTRUCTORS, {wrapper = wrapperName(f)}) or "",
-  })
+  })..O.entry(f)
 end
 
 local DESTRUCTOR = [[
 int ${wrapper}(lua_State* L)
 {
   tolua_Error e;
+  ${type}* self{};
   if (!(${guard}))
     ${otherwise}
-  return wrap::destroy<${type}>(L);
+  return wrap::destroy(L, self);
 }]]
 
 local function destructor(f)
@@ -197,11 +202,11 @@ local function destructor(f)
 end
 
 local function variableAccess(v)
-  local owner = v.static and "" or "auto* self = wrap::owner<"..v.class.type..">(L, "..T.quote(v.errorName)..");"
+  local owner = v.static and "" or "auto* self = wrap::owner<"..v.class.type..">(L, "..record("const "..v.class.type)..", "..T.quote(v.errorName)..");"
   local member = (v.static and "" or "self->")..v.member
   local t, push = v.type
   if v.inherits then
-    push = "wrap::pushMember<"..v.inherits..">(L, self, "..record(v.inherits)..");"
+    push = "wrap::pushMember<"..v.inherits..">(L, self, "..record(v.inherits)..", self);"
   else
     local view = {kind = t.kind == "value" and "reference" or t.kind, cpp = t.cpp, typeString = t.typeString}
     push = pushBasic(t, member) or pushObject(view, member, not v.static)
@@ -209,7 +214,7 @@ local function variableAccess(v)
   local getter = T.fill(GETTER, {get = v.get, owner = owner, push = push})
   if v.readonly then return getter end
   return getter.."\n\n"..T.fill(SETTER, {
-    set = v.set, owner = owner, guard = C.guard(t, 2), member = member, value = C.read(t, 2, v.name),
+    set = v.set, owner = owner, fetched = C.fetched(t, 2) or "", guard = C.guard(t, 2), member = member, value = C.read(t, 2, v.name),
   })
 end
 
@@ -227,7 +232,13 @@ local function collect(items, separator, f)
   return table.concat(parts, separator)
 end
 
+local function printedName(class) return "tolua_printed_"..C.identifier(class.type) end
+
 local function wrapperText(item)
+  if item.tag == "class" and item.printed then
+    return "int "..printedName(item).."(lua_State* L) { return wrap::printed<"..item.type..">(L, "..
+      record("const "..item.type).."); }"
+  end
   if item.tag == "function" then return item.destructor and destructor(item) or wrapper(item) end
   if item.tag == "variable" then return variableAccess(item) end
 end
@@ -261,7 +272,7 @@ local function completenessChecks(package)
 end
 
 local function printer(class)
-  return class.printed and 'wrap::function(".tostring", wrap::printed<'..class.type..", "..record("const "..class.type)..">)," or ""
+  return class.printed and 'wrap::function(".tostring", '..printedName(class).."),"  or ""
 end
 
 local members
@@ -274,9 +285,10 @@ local function member(item)
     local names = T.each({item.name, item.type, item.base}, ", ", T.quote)
     return T.lines {"wrap::klass("..names..", "..collector.."),", printer(item), members(item.items), "wrap::end(),"}
   elseif item.tag == "function" then
-    local names = item.constructor and {new = "", new_local = "_local", [".call"] = "_local"} or {[item.name] = ""}
+    if not O.isLast(item) then return nil end
+    local suffixes = item.constructor and {new = "", new_local = "_local", [".call"] = "_local"} or {[item.name] = ""}
     return T.each(item.constructor and {"new", "new_local", ".call"} or {item.name}, "\n", function(name)
-      return "wrap::function("..T.quote(name)..", "..wrapperName(item)..names[name].."),"
+      return "wrap::function("..T.quote(name)..", "..O.entryName(item)..suffixes[name].."),"
     end)
   elseif item.tag == "variable" then
     return "wrap::variable("..T.quote(item.name)..", "..item.get..", "..(item.readonly and "nullptr" or item.set).."),"
@@ -304,7 +316,7 @@ local function recordTexts()
   for typeString in pairs(C.records) do typeStrings[#typeStrings + 1] = typeString end
   table.sort(typeStrings)
   return T.each(typeStrings, "\n", function(typeString)
-    return "constinit wrap::Type "..C.records[typeString].."{"..T.quote(typeString).."};"
+    return "const wrap::Type& "..C.records[typeString].." = wrap::type("..T.quote(typeString)..");"
   end)
 end
 
@@ -312,20 +324,24 @@ return function(package)
   local collected = collectedTypes(package)
   local wrappers = collect(package.items, "\n\n", wrapperText)
   local chunks = chunkTexts(package)
+  local collectors = T.each(package.types, "\n", function(typeString)
+    local type = collected[typeString]
+    return type and "int "..collectorName(typeString).."(lua_State* L) { return wrap::collect<"..type..">(L, "..
+      record("const "..type).."); }"
+  end)
   return T.fill(FILE, {
     name = package.name,
     includes = table.concat(package.includes, "\n"),
     types = recordTexts(),
-    collectors = T.each(package.types, "\n", function(typeString)
-      local type = collected[typeString]
-      return type and "int "..collectorName(typeString).."(lua_State* L) { return wrap::collect<"..type..">(L); }"
-    end),
+    collectors = collectors,
     bases = collect(package.items, "\n", function(item) return item.tag == "class" and baseCheck(item) or nil end),
     checks = completenessChecks(package),
     wrappers = wrappers,
     chunks = chunks,
     typeEntries = T.each(package.types, "\n", function(typeString)
-      return "{"..T.quote(typeString)..", "..(collected[typeString] and collectorName(typeString) or "nullptr").."},"
+      local type = collected[typeString]
+      local collector = type and collectorName(typeString)..", std::is_trivially_destructible_v<"..type..">" or "nullptr, false"
+      return "{"..T.quote(typeString)..", "..collector.."},"
     end),
     members = members(package.items),
   })

@@ -2,8 +2,8 @@
 
 namespace {
 
-/// The plug-in that describes the engine's entity data. The engine's models have no members for scripts yet, so it
-/// leaves the state as it is.
+/// The plug-in that describes the engine's entity data. The engine's models have no members for scripts yet,
+/// so it leaves the state as it is.
 class LuaPluginKelEntities : public kelLua::ScriptManager::ScriptPlugin
 {
 public:

@@ -1,0 +1,426 @@
+#include "Members.h"
+#include "HandleState.h"
+#include "pushWrapper.h"
+#include <cctype>
+#include <cstdint>
+#include <cstring>
+#include <tolua++.h>
+
+namespace kelLua::members {
+
+namespace {
+
+/// registry[&s_inUse]: the set of metatables whose events know their bases.
+const char s_inUse = 0;
+/// registry[&s_traits]: class table -> its traits, a number.
+const char s_traits = 0;
+enum Trait
+{
+  IS_BASE = 1,
+  HAS_FIELDS = 2 ///< Some object of the class has fields of a script's own.
+};
+
+// ---- The search itself, which remembers nothing.
+
+/// Pushes table[accessors][key] for the class table on top and the key at index 2; false for none.
+bool accessor(lua_State* L, const char* accessors)
+{
+  if (!rawField(L, accessors)) return false;
+  if (lua_istable(L, -1)) {
+    lua_pushvalue(L, 2);
+    lua_rawget(L, -2);
+    lua_remove(L, -2);
+    if (lua_iscfunction(L, -1)) return true;
+  }
+  lua_pop(L, 1);
+  return false;
+}
+
+/// The value of key (index 2) in the class table on top, got for the object or table at index 1.
+bool classField(lua_State* L)
+{
+  lua_pushvalue(L, 2);
+  lua_rawget(L, -2);
+  if (!lua_isnil(L, -1)) return true;
+  lua_pop(L, 1);
+  if (!accessor(L, ".get")) return false;
+  lua_pushvalue(L, 1);
+  lua_pushvalue(L, 2);
+  lua_call(L, 2, 1);
+  return true;
+}
+
+/// Whether the key at index 2 goes to the index operators: a number, or a text that reads as one. Names are
+/// told by their first character, which spares the attempt to read each of them as a number.
+bool isElement(lua_State* L)
+{
+  if (lua_type(L, 2) != LUA_TSTRING) return lua_type(L, 2) == LUA_TNUMBER;
+  const char first = *lua_tostring(L, 2);
+  return !std::isalpha(static_cast<unsigned char>(first)) && first != '_' && lua_isnumber(L, 2);
+}
+
+/// Whether a class table shows this key of its bases: not constructors, `delete`, operators and events.
+bool isInherited(lua_State* L)
+{
+  if (lua_type(L, 2) != LUA_TSTRING) return true;
+  const char* key = lua_tostring(L, 2);
+  for (const char* own : {"new", "new_local", "delete", "tolua_ubox"})
+    if (std::strcmp(key, own) == 0) return false;
+  return key[0] != '.' && std::strncmp(key, "__", 2) != 0;
+}
+
+int tableIndex(lua_State* L)
+{
+  if (!lua_istable(L, 1)) return 0;
+  lua_pushvalue(L, 1);
+  if (classField(L)) return 1;
+  if (!isInherited(L)) return 0;
+  while (toMetatable(L))
+    if (classField(L)) return 1;
+  return 0;
+}
+
+// ---- What is known of classes
+
+void pushRegistered(lua_State* L, const char& key)
+{
+  lua_pushlightuserdata(L, const_cast<char*>(&key));
+  lua_rawget(L, LUA_REGISTRYINDEX);
+  if (lua_istable(L, -1)) return;
+  lua_pop(L, 1);
+  lua_newtable(L);
+  lua_pushlightuserdata(L, const_cast<char*>(&key));
+  lua_pushvalue(L, -2);
+  lua_rawset(L, LUA_REGISTRYINDEX);
+}
+
+int traitsOf(lua_State* L, int classTable)
+{
+  lua_pushvalue(L, classTable);
+  pushRegistered(L, s_traits);
+  lua_insert(L, -2);
+  lua_rawget(L, -2);
+  const int traits = static_cast<int>(lua_tointeger(L, -1));
+  lua_pop(L, 2);
+  return traits;
+}
+
+void setTraits(lua_State* L, int classTable, int traits)
+{
+  pushRegistered(L, s_traits);
+  lua_pushvalue(L, classTable);
+  lua_pushinteger(L, traits);
+  lua_rawset(L, -3);
+  lua_pop(L, 1);
+}
+
+// ---- The events of a class in use: closures over the tables to search, nearest class first.
+
+/// What a closure searches: `size` tables, its last upvalues. Bit i says that table i holds accessors.
+struct Chain
+{
+  std::uintptr_t size = 0;
+  std::uintptr_t accessors = 0;
+};
+constexpr std::uintptr_t maxChain = 14; ///< Each look-up that fails takes a place on the stack.
+
+void pushChain(lua_State* L, Chain chain)
+{
+  lua_pushlightuserdata(L, reinterpret_cast<void*>(chain.size | chain.accessors << 8));
+}
+Chain toChain(const void* word)
+{
+  const auto bits = reinterpret_cast<std::uintptr_t>(word);
+  return {bits & 0xFF, bits >> 8};
+}
+
+/// Upvalues: the chain, then its tables: of each class its own and that of its getters.
+int memberIndex(lua_State* L)
+{
+  lua_getfenv(L, 1);
+  if (!lua_rawequal(L, -1, TOLUA_NOPEER)) {
+    if (lua_type(L, 1) != LUA_TUSERDATA) {
+      lua_settop(L, 2);
+      return tableIndex(L);
+    }
+    lua_pushvalue(L, 2);
+    lua_gettable(L, -2);
+    if (!lua_isnil(L, -1)) return 1;
+    lua_settop(L, 2);
+  }
+  const Chain chain = toChain(lua_touserdata(L, lua_upvalueindex(1)));
+  for (int i = 0; i < static_cast<int>(chain.size); ++i) {
+    lua_pushvalue(L, 2);
+    lua_rawget(L, lua_upvalueindex(2 + i));
+    if (lua_isnil(L, -1)) continue;
+    if ((chain.accessors >> i & 1) == 0) return 1;
+    if (const lua_CFunction getter = lua_tocfunction(L, -1)) {
+      lua_settop(L, 2);
+      return getter(L);
+    }
+  }
+  return 0;
+}
+
+/// The same for a class with index operators.
+int elementIndex(lua_State* L)
+{
+  if (lua_type(L, 1) != LUA_TUSERDATA || !isElement(L)) return memberIndex(L);
+  if (handles::pushOwnTable(L, 1)) {
+    lua_pushvalue(L, 2);
+    lua_gettable(L, -2);
+    if (!lua_isnil(L, -1)) return 1;
+  }
+  lua_settop(L, 2);
+  if (!findOperation(L, ".geti")) return memberIndex(L);
+  lua_pushvalue(L, 1);
+  lua_pushvalue(L, 2);
+  lua_call(L, 2, 1);
+  return 1;
+}
+
+/// Enters key and value into the table that a script sees as the object's own.
+int setField(lua_State* L)
+{
+  if (!handles::pushOwnTable(L, 1)) {
+    lua_newtable(L);
+    lua_pushvalue(L, -1);
+    lua_setfenv(L, 1);
+  }
+  if (!lua_toboolean(L, lua_upvalueindex(2))) objectHasFields(L, 1);
+  lua_insert(L, 2);
+  lua_settable(L, 2);
+  return 0;
+}
+
+int tableNewIndex(lua_State* L)
+{
+  if (!lua_istable(L, 1)) return 0;
+  lua_pushvalue(L, 1);
+  do {
+    if (!accessor(L, ".set")) continue;
+    lua_pushvalue(L, 1);
+    lua_pushvalue(L, 3);
+    lua_call(L, 2, 0);
+    return 0;
+  } while (toMetatable(L));
+  lua_settop(L, 3);
+  if (lua_isnil(L, 2)) return luaL_error(L, "index is nil");
+  lua_rawset(L, 1);
+  return 0;
+}
+
+/// Upvalues: the chain, whether objects may have fields of a script's own, and the tables of setters.
+int memberNewIndex(lua_State* L)
+{
+  if (lua_type(L, 1) != LUA_TUSERDATA) return tableNewIndex(L);
+  if (isElement(L) && findOperation(L, ".seti")) {
+    lua_insert(L, 1);
+    lua_settop(L, 4);
+    lua_call(L, 3, 0);
+    return 0;
+  }
+  lua_settop(L, 3);
+  const Chain chain = toChain(lua_touserdata(L, lua_upvalueindex(1)));
+  for (int i = 0; i < static_cast<int>(chain.size); ++i) {
+    lua_pushvalue(L, 2);
+    lua_rawget(L, lua_upvalueindex(3 + i));
+    const lua_CFunction setter = lua_tocfunction(L, -1);
+    lua_settop(L, 3);
+    if (!setter) continue;
+    lua_remove(L, 2);
+    return setter(L);
+  }
+  return setField(L);
+}
+
+// ---- How a class comes into use.
+
+/// The metatable on top -> the class table, which is the metatable of plain objects, too.
+void toClassTable(lua_State* L)
+{
+  lua_pushvalue(L, -1);
+  lua_rawget(L, LUA_REGISTRYINDEX);
+  const char* name = lua_tostring(L, -1);
+  const bool isConst = name && std::strncmp(name, "const ", 6) == 0;
+  lua_pop(L, 1);
+  if (isConst && lua_getmetatable(L, -1)) lua_replace(L, -2);
+}
+
+bool hasInChain(lua_State* L, int classTable, const char* key)
+{
+  const int top = lua_gettop(L);
+  bool found = false;
+  lua_pushvalue(L, classTable);
+  do found = rawField(L, key);
+  while (!found && toMetatable(L));
+  lua_settop(L, top);
+  return found;
+}
+
+/// Whether Lua may look members up in the class table itself: nothing lies in bases or behind accessors.
+bool isDirect(lua_State* L, int classTable)
+{
+  if (traitsOf(L, classTable) != 0) return false;
+  if (hasInChain(L, classTable, ".get") || hasInChain(L, classTable, ".geti")) return false;
+  if (!lua_getmetatable(L, classTable)) return true;
+  luaL_getmetatable(L, "tolua_commonclass");
+  const bool result = lua_rawequal(L, -1, -2) != 0;
+  lua_pop(L, 2);
+  return result;
+}
+
+/// Pushes the chain of a class and its tables: the class tables with what they have under the key, such as
+/// ".get", or only that.
+Chain pushTables(lua_State* L, int classTable, const char* accessors, bool withClasses)
+{
+  Chain chain;
+  lua_pushvalue(L, classTable);
+  do {
+    if (withClasses && chain.size < maxChain) {
+      lua_pushvalue(L, -1);
+      lua_insert(L, -2);
+      ++chain.size;
+    }
+    if (chain.size < maxChain && rawField(L, accessors)) {
+      lua_insert(L, -2);
+      chain.accessors |= std::uintptr_t{1} << chain.size++;
+    }
+  } while (toMetatable(L));
+  return chain;
+}
+
+/// Lets the metatable at an index come into use anew.
+void reset(lua_State* L, int metatable)
+{
+  for (const luaL_Reg& event : {luaL_Reg{"__index", firstIndex}, luaL_Reg{"__newindex", firstNewIndex}}) {
+    lua_pushstring(L, event.name);
+    lua_pushcfunction(L, event.func);
+    lua_rawset(L, metatable);
+  }
+}
+
+/// The same for the class table at an index and its const twin.
+void resetClass(lua_State* L, int classTable)
+{
+  reset(L, classTable);
+  lua_pushvalue(L, classTable);
+  lua_rawget(L, LUA_REGISTRYINDEX);
+  lua_pushfstring(L, "const %s", lua_tostring(L, -1));
+  lua_rawget(L, LUA_REGISTRYINDEX);
+  if (lua_istable(L, -1)) reset(L, lua_gettop(L));
+  lua_pop(L, 2);
+}
+
+/// Notes that the events of the metatable at an index know its bases from now on.
+void use(lua_State* L, int metatable)
+{
+  pushRegistered(L, s_inUse);
+  lua_pushvalue(L, metatable);
+  lua_pushboolean(L, 1);
+  lua_rawset(L, -3);
+  lua_pop(L, 1);
+}
+
+} // namespace
+
+int firstIndex(lua_State* L)
+{
+  if (lua_type(L, 1) != LUA_TUSERDATA || !lua_getmetatable(L, 1)) return tableIndex(L);
+  luaL_checkstack(L, 3 * static_cast<int>(maxChain), "a chain of classes");
+  const int metatable = lua_gettop(L);
+  use(L, metatable);
+  lua_pushliteral(L, "__index");
+  lua_pushvalue(L, metatable);
+  toClassTable(L);
+  const int classTable = lua_gettop(L);
+  if (!isDirect(L, classTable)) {
+    lua_pushnil(L);
+    const Chain chain = pushTables(L, classTable, ".get", true);
+    pushChain(L, chain);
+    lua_replace(L, classTable + 1);
+    const bool hasElements = hasInChain(L, classTable, ".geti");
+    pushWrapper(L, hasElements ? elementIndex : memberIndex, 1 + static_cast<int>(chain.size));
+    lua_remove(L, classTable);
+  }
+  lua_rawset(L, metatable);
+  lua_settop(L, 2);
+  lua_gettable(L, 1);
+  return 1;
+}
+
+int firstNewIndex(lua_State* L)
+{
+  if (lua_type(L, 1) != LUA_TUSERDATA || !lua_getmetatable(L, 1)) return tableNewIndex(L);
+  luaL_checkstack(L, 3 * static_cast<int>(maxChain), "a chain of classes");
+  const int metatable = lua_gettop(L);
+  use(L, metatable);
+  lua_pushvalue(L, metatable);
+  toClassTable(L);
+  const int classTable = lua_gettop(L);
+  lua_pushliteral(L, "__newindex");
+  lua_pushnil(L);
+  lua_pushboolean(L, (traitsOf(L, classTable) & HAS_FIELDS) != 0);
+  const Chain chain = pushTables(L, classTable, ".set", false);
+  pushChain(L, chain);
+  lua_replace(L, classTable + 2);
+  lua_pushcclosure(L, memberNewIndex, 2 + static_cast<int>(chain.size));
+  lua_rawset(L, metatable);
+  lua_settop(L, 3);
+  lua_settable(L, 1);
+  return 0;
+}
+
+void classChanged(lua_State* L, bool isBase)
+{
+  const int classTable = lua_gettop(L);
+  if (isBase) setTraits(L, classTable, traitsOf(L, classTable) | IS_BASE);
+  pushRegistered(L, s_inUse);
+  for (lua_pushnil(L); lua_next(L, classTable + 1);) {
+    lua_pop(L, 1);
+    reset(L, classTable + 2);
+    lua_pushvalue(L, -1);
+    lua_pushnil(L);
+    lua_rawset(L, classTable + 1);
+  }
+  lua_settop(L, classTable);
+}
+
+void objectHasFields(lua_State* L, int handle)
+{
+  if (!lua_getmetatable(L, handle)) return;
+  toClassTable(L);
+  const int classTable = lua_gettop(L);
+  const int traits = traitsOf(L, classTable);
+  if ((traits & HAS_FIELDS) == 0) {
+    setTraits(L, classTable, traits | HAS_FIELDS);
+    resetClass(L, classTable);
+  }
+  lua_pop(L, 1);
+}
+
+bool toMetatable(lua_State* L)
+{
+  const bool found = lua_getmetatable(L, -1) != 0;
+  lua_remove(L, found ? -2 : -1);
+  return found;
+}
+
+bool rawField(lua_State* L, const char* key)
+{
+  lua_pushstring(L, key);
+  lua_rawget(L, -2);
+  if (!lua_isnil(L, -1)) return true;
+  lua_pop(L, 1);
+  return false;
+}
+
+bool findOperation(lua_State* L, const char* operation)
+{
+  lua_pushvalue(L, 1);
+  while (toMetatable(L))
+    if (rawField(L, operation)) return true;
+  return false;
+}
+
+} // namespace kelLua::members

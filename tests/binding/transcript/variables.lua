@@ -1,0 +1,25 @@
+-- Variables of every kind.
+local harness = ...
+local run = harness.with("V, B, v, w, b, wheel, h", function()
+  local V, B = test.Vector, test.Body
+  return V, B, V(1, 2, 3), V(4, 5, 6), B("bob"), test.Wheel(), test.Holder()
+end)
+
+run("numbers", "b.id = 7.9 b.rest = 0.1 return b.id, b.rest")
+run("negative unsigned", "b.id = -1 return b.id")
+run("flag", "b.awake = false return b.awake")
+run("flag bad", "b.awake = 1")
+run("read only", "b.label = 'z' return b.label")
+run("const", "return b.mass")
+run("view", "local view = b.velocity view:set(1, 1, 1) b.velocity = w return b.velocity.x, view.x, view == b.velocity")
+run("view nil", "b.velocity = nil")
+run("view number", "b.velocity = 3")
+run("pointer", "b.target = wheel local t = b.target b.target = nil return t, b.target")
+run("pointer bad", "b.target = v")
+run("static", "B.limit = 12 return B.limit")
+run("static bad", "B.limit = 'x'")
+run("static read only", "return B.SEPARATOR")
+run("getter nil", "return B['.get'].rest(nil)")
+run("setter nil", "return B['.set'].rest(nil, 1)")
+run("second base nil", "return B['.get'].__test__Streamed__(nil)")
+run("views change", "b:position():set(3, 3, 3) return b:getPosition().x, b:constPosition().x")

@@ -1,0 +1,26 @@
+-- What the torture must not do, by the name of the function, each with its reason.
+local avoid = {}
+
+-- Never called.
+avoid.never = {
+  [".collector"] = "the runtime's half of finalisation: whoever calls it gives back a reference that is not his",
+  ["__gc"] = "the same",
+  ["unreference"] = "gives back a reference, which may be the engine's; called in pairs with `reference`",
+}
+
+-- Keys of class tables that are the runtime's own, and not overwritten.
+avoid.own = {
+  ["tolua_ubox"] = "the cache of handles",
+  [".get"] = "the variables' accessors",
+  [".set"] = "the variables' accessors",
+  [".collector"] = "frees objects",
+}
+
+-- Called only while no `stepTo` runs, which would never reach its time.
+avoid.whileStepping = {
+  ["stepTo"] = "another one",
+  ["setTimeStep"] = "a time step of next to nothing",
+  ["setTimeStamp"] = "a time far back",
+}
+
+return avoid
