@@ -81,24 +81,26 @@ KeptValue keptValue(Session& session, int count)
   return value;
 }
 
-void printOpening(int repetitions)
+double openingTime()
+{
+  lua_State* L = nullptr;
+  const double time = milliseconds([&] { L = OURS.open(); });
+  if (!L) throw std::runtime_error("cannot open the tree");
+  OURS.close(L);
+  return time;
+}
+
+void printOpening(double first, int repetitions)
 {
   kelLua::ScriptManager* manager = kelLua::ScriptManager::instance(true);
-  const auto open = [&] {
-    manager->closeState();
-    return milliseconds([&] {
-      if (!OURS.open()) throw std::runtime_error("cannot open the tree");
-    });
-  };
-  const double first = open();
-  const double next = medianTime(repetitions, open);
+  const double next = medianTime(repetitions, openingTime);
   const auto bare = [&] {
     manager->closeState();
     return milliseconds([&] { manager->openState(); });
   };
   const double alone = medianTime(repetitions, bare);
   const double libraries = luaBytes(manager->getState());
-  open();
+  OURS.open();
   const double opened = lua_gc(manager->getState(), LUA_GCCOUNT, 0) * 1024.0;
   const double collected = luaBytes(manager->getState());
   manager->closeState();

@@ -14,8 +14,11 @@ struct KeptValue
 };
 KeptValue keptValue(Session& session, int count);
 
-/// Prints times and memory of opening the tree in new states of this process.
-void printOpening(int repetitions);
+/// Wall time of a new state with the tree, in ms; it is closed again.
+double openingTime();
+/// Prints times and memory of opening the tree in new states of this process; `first` is the time of the
+/// first.
+void printOpening(double first, int repetitions);
 /// Prints the time of a whole process that runs an empty script, with the tree and without.
 void printEmptyScript(int repetitions);
 

@@ -54,6 +54,19 @@ function describe(r)
 end
 )lua";
 
+/// Classes as a binding has them: the cost of collecting a value grows with what else lives in the state.
+constexpr const char* GROW = R"lua(
+local kilobytes = ...
+local ballast = {}
+collectgarbage()
+while collectgarbage("count") < kilobytes do
+  local class = {}
+  for i = 1, 20 do class["method" .. #ballast .. "_" .. i] = function() return class end end
+  ballast[#ballast + 1] = class
+end
+return function() return ballast end
+)lua";
+
 } // namespace
 
 Session::Session(const Binding& binding) : m_binding(binding), m_lua(binding.open())
@@ -86,6 +99,20 @@ std::string Session::result(const Row& row)
   std::string text = lua_tostring(m_lua, -1);
   lua_pop(m_lua, 1);
   return text;
+}
+
+int Session::kilobytes() const
+{
+  lua_gc(m_lua, LUA_GCCOLLECT, 0);
+  return lua_gc(m_lua, LUA_GCCOUNT, 0);
+}
+
+void Session::growTo(int kilobytes)
+{
+  check(luaL_loadstring(m_lua, GROW));
+  lua_pushinteger(m_lua, kilobytes);
+  check(lua_pcall(m_lua, 1, 1, 0));
+  lua_setfield(m_lua, LUA_REGISTRYINDEX, "ballast");
 }
 
 void Session::prepare(const Row* row)

@@ -4,6 +4,7 @@
 #include "Session.h"
 #include "kel/Logger.h"
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <memory>
@@ -103,6 +104,13 @@ void printRows(const Sessions& sessions, const Options& options)
   }
 }
 
+Sessions openSessions()
+{
+  Sessions sessions;
+  for (std::size_t i = 0; i < COUNT; ++i) sessions[i] = std::make_unique<Session>(*BINDINGS[i]);
+  return sessions;
+}
+
 void printKeptValues(const Sessions& sessions)
 {
   constexpr int kept = 100'000;
@@ -122,16 +130,22 @@ void run(const Options& options)
     for (const Row& row : rows()) std::printf("%s\n", row.name);
     return;
   }
-  const bool whole = options.row.empty() && !options.csv;
-  if (whole) {
-    printOpening(options.passes);
-    printEmptyScript(options.passes);
+  const double first = openingTime();
+  {
+    const Sessions sessions = openSessions();
+    int size = 0;
+    for (const auto& session : sessions) {
+      session->run(OBJECTS);
+      size = std::max(size, session->kilobytes());
+    }
+    for (const auto& session : sessions) session->growTo(size);
+    printRows(sessions, options);
   }
-  Sessions sessions;
-  for (std::size_t i = 0; i < COUNT; ++i) sessions[i] = std::make_unique<Session>(*BINDINGS[i]);
-  if (whole) printKeptValues(sessions);
-  for (const auto& session : sessions) session->run(OBJECTS);
-  printRows(sessions, options);
+  if (!options.row.empty() || options.csv) return;
+  // After the rows, which should find a young heap.
+  printKeptValues(openSessions());
+  printOpening(first, options.passes);
+  printEmptyScript(options.passes);
 }
 
 } // namespace

@@ -48,7 +48,7 @@ Frame::~Frame()
 
 bool Frame::setParent(Frame* parent)
 {
-  if (parent && (parent == this || isAbove(parent))) return false;
+  if (parent && (parent == this || (hasChildren() && isAbove(parent)))) return false;
   if (parent == m_parent) return true;
   if (m_parent) std::erase(m_parent->m_children, this);
   m_parent = parent;
@@ -62,14 +62,20 @@ bool Frame::removeChild(Frame* child)
   const auto found = std::find(m_children.begin(), m_children.end(), child);
   if (found == m_children.end()) return false;
   m_children.erase(found);
-  child->m_parent = nullptr;
-  *child->m_local = *child->m_world;
+  child->becomeRoot();
   return true;
 }
 
 void Frame::removeAllChildren()
 {
-  while (!m_children.empty()) removeChild(m_children.back());
+  for (Frame* child : m_children) child->becomeRoot();
+  m_children.clear();
+}
+
+void Frame::becomeRoot()
+{
+  m_parent = nullptr;
+  *m_local = *m_world;
 }
 
 void Frame::transferChildren(Frame* other)
@@ -108,6 +114,12 @@ void Frame::setRotate(const Quat& rotate)
   updateLocal();
 }
 
+void Frame::setRotate(const OrthoMatrix3x3& rotate)
+{
+  m_world->setRotate(rotate);
+  updateLocal();
+}
+
 void Frame::setLocalRotate(const Quat& rotate)
 {
   m_local->setRotate(rotate);
@@ -119,16 +131,30 @@ Vec3 Frame::transformPointToLocal(const Vec3& point) const
   return m_world->transform3x3Inv(point - m_world->getTranslate());
 }
 
+void Frame::transferDataIntoLeaves(bool translation, bool rotation)
+{
+  std::vector<Frame*> waiting = {this};
+  while (!waiting.empty()) {
+    Frame* frame = waiting.back();
+    waiting.pop_back();
+    if (!frame->hasChildren() || !frame->m_allowsTransfer) continue;
+    const AffineMatrix4x4 whole = *frame->m_local;
+    if (translation) frame->m_local->setTranslate(Vec3());
+    if (rotation) frame->m_local->setRotate(Quat());
+    const AffineMatrix4x4 handedDown = whole * frame->m_local->inverse();
+    for (Frame* child : frame->m_children) {
+      *child->m_local = *child->m_local * handedDown;
+      waiting.push_back(child);
+    }
+  }
+  updateWorld();
+}
+
 RigidBody* Frame::getRigidBody() const
 {
   for (const Frame* frame = this; frame; frame = frame->m_parent)
     if (frame->m_rigidBody) return frame->m_rigidBody;
   return nullptr;
-}
-
-void Frame::postTransformUpdate()
-{
-  for (Frame* child : m_children) child->updateWorld();
 }
 
 bool Frame::isAbove(const Frame* frame) const
@@ -141,13 +167,29 @@ bool Frame::isAbove(const Frame* frame) const
 void Frame::updateWorld()
 {
   *m_world = m_parent ? *m_local * *m_parent->m_world : *m_local;
-  postTransformUpdate();
+  updateSubtree();
 }
 
 void Frame::updateLocal()
 {
   *m_local = m_parent ? *m_world * m_parent->m_world->inverse() : *m_world;
+  updateSubtree();
+}
+
+// Not recursive: a deep tree must not exhaust the stack. Most trees are flat, and nothing waits in them.
+void Frame::updateSubtree()
+{
   postTransformUpdate();
+  std::vector<Frame*> waiting;
+  for (Frame* frame = this; frame;) {
+    for (Frame* child : frame->m_children) {
+      *child->m_world = *child->m_local * *frame->m_world;
+      child->postTransformUpdate();
+      if (child->hasChildren()) waiting.push_back(child);
+    }
+    frame = waiting.empty() ? nullptr : waiting.back();
+    if (frame) waiting.pop_back();
+  }
 }
 
 } // namespace kel

@@ -1,5 +1,6 @@
 #include "kel/Matrix3x3.h"
 #include "kel/SPDMatrix3x3.h"
+#include <algorithm>
 
 namespace kel {
 
@@ -11,12 +12,22 @@ template <class T> Matrix3x3T<T>::Matrix3x3T(const SPDMatrix3x3& m)
 
 template <class T> void Matrix3x3T<T>::set(const QuatT<T>& q) { *this = Matrix3x3T(AffineMatrix4x4T<T>(q)); }
 
+template <class T> Matrix3x3T<T> Matrix3x3T<T>::adjugate() const
+{
+  return fromRows(cross(m_rows[1], m_rows[2]), cross(m_rows[2], m_rows[0]), cross(m_rows[0], m_rows[1]))
+      .transpose();
+}
+
 template <class T> Matrix3x3T<T> Matrix3x3T<T>::inverse() const
 {
-  const Matrix3x3T adjugate =
-      fromRows(cross(m_rows[1], m_rows[2]), cross(m_rows[2], m_rows[0]), cross(m_rows[0], m_rows[1]))
-          .transpose();
-  return adjugate / determinant();
+  if (const T d = determinant(); std::isnormal(d)) return adjugate() / d;
+  // The third power of the elements may be out of range: bring them near 1 by a power of two, which is exact.
+  T largest = 0;
+  for (const Vec3& row : m_rows) largest = std::max(largest, static_cast<T>(absolute(row).maxComponent()));
+  if (!std::isnormal(largest)) return adjugate() / determinant();
+  const T scale = std::ldexp(T(1), -std::ilogb(largest));
+  const Matrix3x3T near1 = *this * scale;
+  return near1.adjugate() / near1.determinant() * scale;
 }
 
 template class Matrix3x3T<double>;

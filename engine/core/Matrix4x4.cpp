@@ -1,20 +1,21 @@
 #include "kel/Matrix4x4.h"
+#include "kel/OrthoMatrix3x3.h"
 #include <algorithm>
 #include <cstring>
 
 namespace kel {
 
-template <class T> std::size_t Matrix4x4T<T>::checked(std::size_t row, std::size_t column)
+std::size_t checkedElement(std::size_t row, std::size_t column, std::size_t count)
 {
   // Each test by itself: a huge row would wrap around to a small index.
-  if (row > 15 || column > 15 || row * 4 + column > 15)
+  if (row >= count || column >= count || row * 4 + column >= count)
     throw std::out_of_range("index of a matrix element is out of range");
   return row * 4 + column;
 }
 
 template <class T> void Matrix4x4T<T>::setRow(std::size_t row, const Vec4T<T>& elements)
 {
-  std::copy_n(elements.ptr(), 4, &m_data[checked(row, 0)]);
+  std::copy_n(elements.ptr(), 4, &m_data[checkedElement(row, 0, 16)]);
 }
 
 template <class T> bool Matrix4x4T<T>::valid() const
@@ -69,6 +70,25 @@ template <class T> void Matrix4x4T<T>::setRotate(const QuatT<T>& q)
   m(2, 0) = 2 * (x * z + y * w);
   m(2, 1) = 2 * (y * z - x * w);
   m(2, 2) = 1 - 2 * (x * x + y * y);
+}
+
+template <class T> void Matrix4x4T<T>::setRotate(const OrthoMatrix3x3& block)
+{
+  for (std::size_t i = 0; i < 3; ++i)
+    for (std::size_t j = 0; j < 3; ++j) (*this)(i, j) = static_cast<T>(block(i, j));
+}
+
+template <class T> void Matrix4x4T<T>::get(EulerAngles& angles) const
+{
+  OrthoMatrix3x3 block;
+  get(block);
+  angles.set(block);
+}
+
+template <class T> void Matrix4x4T<T>::get(OrthoMatrix3x3& block) const
+{
+  for (std::size_t i = 0; i < 3; ++i)
+    for (std::size_t j = 0; j < 3; ++j) block(i, j) = (*this)(i, j);
 }
 
 // Divides by the largest of the four elements, so that no rotation loses digits (Shepperd 1978).

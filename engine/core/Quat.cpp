@@ -1,7 +1,26 @@
 #include "kel/Quat.h"
-#include "kel/Matrix4x4.h"
+#include "kel/OrthoMatrix3x3.h"
 
 namespace kel {
+
+namespace {
+
+/// The vector, or where its square leaves the range of numbers, one in the same direction that does not.
+template <class T> Vec3T<T> inRange(const Vec3T<T>& v)
+{
+  if (std::isnormal(v.length2())) return v;
+  const T largest = static_cast<T>(absolute(v).maxComponent());
+  return largest > 0 ? v / largest : v;
+}
+
+} // namespace
+
+template <class T> QuatT<T>& QuatT<T>::set(const EulerAngles& angles)
+{
+  Quat q;
+  angles.get(q);
+  return *this = QuatT(q);
+}
 
 template <class T> QuatT<T>& QuatT<T>::set(const Matrix4x4T<T>& matrix)
 {
@@ -9,22 +28,38 @@ template <class T> QuatT<T>& QuatT<T>::set(const Matrix4x4T<T>& matrix)
   return *this;
 }
 
+template <class T> QuatT<T>& QuatT<T>::set(const OrthoMatrix3x3& matrix)
+{
+  return set(AffineMatrix4x4T<T>(matrix));
+}
+
+template <class T> void QuatT<T>::get(EulerAngles& angles) const { angles.set(Quat(*this)); }
+
 template <class T> void QuatT<T>::get(Matrix4x4T<T>& matrix) const { matrix.setRotate(*this); }
+
+template <class T> void QuatT<T>::get(OrthoMatrix3x3& matrix) const { matrix.set(Quat(*this)); }
+
+template <class T> Vec3T<T> QuatT<T>::getAsEulerAngles(EulerConvention::Convention convention) const
+{
+  const EulerAngles angles(Quat(*this), convention);
+  return Vec3T<T>(Vec3(angles.x(), angles.y(), angles.z()));
+}
 
 template <class T> void QuatT<T>::setRotate(T angle, const Vec3T<T>& axis)
 {
-  const T length = axis.length();
+  const Vec3T<T> direction = inRange(axis);
+  const T length = direction.length();
   if (!(length > 0)) {
     *this = QuatT();
     return;
   }
-  set(Vec4T<T>(axis * (std::sin(angle / 2) / length), std::cos(angle / 2)));
+  set(Vec4T<T>(direction * (std::sin(angle / 2) / length), std::cos(angle / 2)));
 }
 
 // Half the angle by the bisecting direction, which keeps its digits for small angles.
 template <class T> void QuatT<T>::setRotate(const Vec3T<T>& from, const Vec3T<T>& to)
 {
-  const Vec3T<T> a = from.normal(), b = to.normal();
+  const Vec3T<T> a = inRange(from).normal(), b = inRange(to).normal();
   Vec3T<T> half = a + b;
   if (a.equalsZero() || b.equalsZero()) {
     *this = QuatT();

@@ -19,7 +19,7 @@ Serializable::Serializable(const Serializable& other) : m_index(nextIndex()), m_
 
 const kel::Uuid& Serializable::getUuid() const
 {
-  if (m_uuid == kel::Uuid()) m_uuid = kel::Uuid::generate();
+  if (m_uuid == kel::Uuid()) m_uuid = kel::UuidGenerator().generate();
   return m_uuid;
 }
 

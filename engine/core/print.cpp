@@ -1,5 +1,10 @@
 #include "kel/print.h"
-#include "kel/AffineMatrix4x4.h"
+#include "kel/Interval.h"
+#include "kel/OrthoMatrix3x3.h"
+#include "kel/Plane.h"
+#include "kel/RangeReal.h"
+#include "kel/SPDMatrix3x3.h"
+#include "kel/Uuid.h"
 #include <limits>
 #include <sstream>
 #include <type_traits>
@@ -15,19 +20,43 @@ template <class T> const char* suffix()
   return "";
 }
 
-template <class T> std::string list(const char* open, const T* elements, std::size_t count, const char* close)
+template <class T> std::string list(const T* elements, std::size_t count)
 {
   std::ostringstream stream;
   stream.precision(std::numeric_limits<T>::digits10);
-  stream << open;
   for (std::size_t i = 0; i < count; ++i) stream << (i ? ", " : "") << elements[i];
-  stream << close;
   return stream.str();
 }
 
 template <class T> std::string call(const char* name, const T* elements, std::size_t count)
 {
-  return std::string(name) + suffix<T>() + list("(", elements, count, ")");
+  return std::string(name) + suffix<T>() + "(" + list(elements, count) + ")";
+}
+
+std::string pair(const char* name, Real a, Real b)
+{
+  const Real elements[] = {a, b};
+  return call(name, elements, 2);
+}
+
+template <class Matrix> std::string rows(const char* name, const Matrix& m, std::size_t size)
+{
+  std::string text;
+  for (std::size_t i = 0; i < size; ++i) {
+    Real row[4];
+    for (std::size_t j = 0; j < size; ++j) row[j] = m(i, j);
+    text += (i ? ", {" : "{") + list(row, size) + "}";
+  }
+  return std::string(name) + "(" + text + ")";
+}
+
+std::string conventionName(const EulerAngles::EulerOrder& order)
+{
+  static constexpr const char* NAMES[] = {"XYZs", "ZYXr", "XYXs", "XYXr", "XZYs", "YZXr", "XZXs", "XZXr",
+                                          "YZXs", "XZYr", "YZYs", "YZYr", "YXZs", "ZXYr", "YXYs", "YXYr",
+                                          "ZXYs", "YXZr", "ZXZs", "ZXZr", "ZYXs", "XYZr", "ZYZs", "ZYZr"};
+  const int code = order.getConvention();
+  return code >= EulerConvention::FIRST && code < EulerConvention::LAST ? NAMES[code] : std::to_string(code);
 }
 
 } // namespace
@@ -46,12 +75,44 @@ template std::string toString(const Vec4f&);
 
 std::string toString(const Quat& q) { return call("Quat", q.asVec4().ptr(), 4); }
 
-std::string toString(const AffineMatrix4x4& m)
+std::string toString(const EulerAngles& angles)
 {
-  std::string text = "AffineMatrix4x4(";
-  for (std::size_t i = 0; i < 4; ++i) text += list(i ? ", {" : "{", m.ptr() + i * 4, 4, "}");
-  return text + ")";
+  const Real elements[] = {angles.x(), angles.y(), angles.z()};
+  return "EulerAngles(" + list(elements, 3) + ", " + conventionName(angles.getOrder()) + ")";
 }
+
+std::string toString(const EulerAngles::EulerOrder& order)
+{
+  return "EulerOrder(" + conventionName(order) + ")";
+}
+
+std::string toString(const AffineMatrix4x4& m) { return rows("AffineMatrix4x4", m, 4); }
+std::string toString(const Matrix3x3& m) { return rows("Matrix3x3", m, 3); }
+std::string toString(const OrthoMatrix3x3& m) { return rows("OrthoMatrix3x3", m, 3); }
+std::string toString(const SPDMatrix3x3& m) { return rows("SPDMatrix3x3", m, 3); }
+
+std::string toString(const Bound1& bound) { return pair("Bound1", bound.min(), bound.max()); }
+
+std::string toString(const Bound2& bound)
+{
+  return "Bound2(" + toString(bound.min()) + ", " + toString(bound.max()) + ")";
+}
+
+std::string toString(const Bound3& bound)
+{
+  return "Bound3(" + toString(bound.min()) + ", " + toString(bound.max()) + ")";
+}
+
+std::string toString(const Interval& interval)
+{
+  return pair("Interval", interval.minValue(), interval.maxValue());
+}
+
+std::string toString(const RangeReal& range) { return pair("RangeReal", range.lower(), range.upper()); }
+
+std::string toString(const Plane& plane) { return call("Plane", plane.asVec4().ptr(), 4); }
+
+std::string toString(const Uuid& id) { return "Uuid(" + id.str() + ")"; }
 
 std::string printVec3(const Vec3& v)
 {

@@ -257,28 +257,31 @@ void pushHandles(lua_State* L, const wrap::Type& type)
   lua_pop(L, 1);
 }
 
-bool isOf(lua_State* L, int handle, const wrap::Type& type)
+/// Whether the handle on top of the stack is of the type and has all the marks.
+bool isFound(lua_State* L, const wrap::Type& type, std::uintptr_t marks)
 {
-  const void* object = nullptr;
-  tolua_Error failure;
-  return wrap::isPointer(L, handle, object, type, &failure);
+  if (!wrap::knownHandle(L, -1, type)) {
+    void* object = nullptr;
+    tolua_Error failure;
+    if (!lua_touserdata(L, -1) || !wrap::slow::isPointer(L, lua_gettop(L), object, type, &failure))
+      return false;
+  }
+  if (marks == 0) return true;
+  const Handle* handle = marked(L, -1);
+  return handle && (handle->marks & marks) == marks;
 }
 
 /// Pushes the handle that an object has, if it is of the type and has all the marks.
 bool pushFound(lua_State* L, const void* object, const wrap::Type& type, std::uintptr_t marks)
 {
   lua_rawgeti(L, LUA_REGISTRYINDEX, type.handlesKey);
-  if (lua_istable(L, -1)) {
+  if (lua_type(L, -1) == LUA_TTABLE) {
     lua_pushlightuserdata(L, const_cast<void*>(object));
     lua_rawget(L, -2);
     lua_remove(L, -2);
-    if (lua_touserdata(L, -1) && isOf(L, lua_gettop(L), type)) {
-      if (marks == 0) return true;
-      const Handle* handle = marked(L, -1);
-      if (handle && (handle->marks & marks) == marks) return true;
-    }
+    if (isFound(L, type, marks)) return true;
   }
-  lua_pop(L, 1);
+  lua_settop(L, -2);
   return false;
 }
 
@@ -373,7 +376,7 @@ State* find(lua_State* L)
 bool pushOwnTable(lua_State* L, int handle)
 {
   lua_getfenv(L, handle);
-  if (lua_istable(L, -1) && !lua_rawequal(L, -1, TOLUA_NOPEER)) return true;
+  if (!lua_rawequal(L, -1, TOLUA_NOPEER) && lua_istable(L, -1)) return true;
   lua_pop(L, 1);
   return false;
 }

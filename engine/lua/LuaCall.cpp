@@ -16,40 +16,57 @@ int getField(lua_State* L)
   return 1;
 }
 
-/// Replaces the peer table on top by the function of that name. A peer table with a metatable is a script's
-/// own class, whose look-up may fail with an error; that counts as no function.
-void pushFunction(lua_State* L, const std::string& name)
+/// Pushes the function of that name, which is on top, of the table below it. A table with a metatable is a
+/// script's own class, whose look-up may fail with an error; that counts as no function. Pops the name.
+void pushFunction(lua_State* L)
 {
-  if (!lua_getmetatable(L, -1)) {
-    lua_pushlstring(L, name.data(), name.size());
-    lua_rawget(L, -2);
-    lua_remove(L, -2);
-    return;
-  }
+  if (!lua_getmetatable(L, -2)) return lua_rawget(L, -2);
   lua_pop(L, 1);
   lua_pushcfunction(L, getField);
   lua_insert(L, -2);
-  lua_pushlstring(L, name.data(), name.size());
-  if (lua_pcall(L, 2, 1, 0) != 0) {
-    lua_pop(L, 1);
-    lua_pushnil(L);
-  }
+  lua_pushvalue(L, -3);
+  lua_insert(L, -2);
+  if (lua_pcall(L, 2, 1, 0) == 0) return;
+  lua_pop(L, 1);
+  lua_pushnil(L);
 }
 
 } // namespace
 
 LuaCall::LuaCall(lua_State* L, const kelStream::ClassInformation& method, const void* object) : m_lua(L)
 {
-  if (!L || !handles::isAlive(L) || !lua_checkstack(L, LUA_MINSTACK)) return;
-  m_base = lua_gettop(L);
-  handles::pushAdapter(L, object);
-  if (lua_isuserdata(L, -1) && handles::pushOwnTable(L, lua_gettop(L))) {
-    pushFunction(L, method.getMethodName());
-    lua_insert(L, -2); // function below the handle, the first argument
-    m_valid = !lua_isnil(L, -2);
-    m_numArgs = 1;
-  }
-  if (!m_valid) lua_settop(L, m_base);
+  if (!pushFunctions(object)) return;
+  lua_pushlstring(L, method.getMethodName().data(), method.getMethodName().size());
+  takeFunction();
+}
+
+LuaCall::LuaCall(lua_State* L, const Text& method, const void* object) : m_lua(L)
+{
+  if (!pushFunctions(object)) return;
+  method.push(L);
+  takeFunction();
+}
+
+/// Pushes the handle of the adapter and the table of its functions; false, and nothing, if there are none.
+bool LuaCall::pushFunctions(const void* object)
+{
+  if (!m_lua || !handles::isAlive(m_lua) || !lua_checkstack(m_lua, LUA_MINSTACK)) return false;
+  m_base = lua_gettop(m_lua);
+  handles::pushAdapter(m_lua, object);
+  if (lua_isuserdata(m_lua, -1) && handles::pushOwnTable(m_lua, m_base + 1)) return true;
+  lua_settop(m_lua, m_base);
+  return false;
+}
+
+/// handle, functions, name -> function, handle, which is the first argument.
+void LuaCall::takeFunction()
+{
+  pushFunction(m_lua);
+  m_valid = !lua_isnil(m_lua, -1);
+  if (!m_valid) return lua_settop(m_lua, m_base);
+  lua_replace(m_lua, m_base + 2);
+  lua_insert(m_lua, m_base + 1);
+  m_numArgs = 1;
 }
 
 LuaCall::~LuaCall()

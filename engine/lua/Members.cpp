@@ -1,9 +1,11 @@
 #include "Members.h"
 #include "HandleState.h"
 #include "pushWrapper.h"
+#include <algorithm>
 #include <cctype>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 #include <tolua++.h>
 
 namespace kelLua::members {
@@ -17,7 +19,8 @@ const char s_traits = 0;
 enum Trait
 {
   IS_BASE = 1,
-  HAS_FIELDS = 2 ///< Some object of the class has fields of a script's own.
+  HAS_FIELDS = 2,            ///< Some object of the class has fields of a script's own.
+  DERIVED_HAVE_VARIABLES = 4 ///< A class table right above it has variables.
 };
 
 // ---- The search itself, which remembers nothing.
@@ -36,20 +39,6 @@ bool accessor(lua_State* L, const char* accessors)
   return false;
 }
 
-/// The value of key (index 2) in the class table on top, got for the object or table at index 1.
-bool classField(lua_State* L)
-{
-  lua_pushvalue(L, 2);
-  lua_rawget(L, -2);
-  if (!lua_isnil(L, -1)) return true;
-  lua_pop(L, 1);
-  if (!accessor(L, ".get")) return false;
-  lua_pushvalue(L, 1);
-  lua_pushvalue(L, 2);
-  lua_call(L, 2, 1);
-  return true;
-}
-
 /// Whether the key at index 2 goes to the index operators: a number, or a text that reads as one. Names are
 /// told by their first character, which spares the attempt to read each of them as a number.
 bool isElement(lua_State* L)
@@ -59,25 +48,17 @@ bool isElement(lua_State* L)
   return !std::isalpha(static_cast<unsigned char>(first)) && first != '_' && lua_isnumber(L, 2);
 }
 
+constexpr const char* OWN_KEYS[] = {"new", "new_local", "delete", "tolua_ubox"};
+
 /// Whether a class table shows this key of its bases: not constructors, `delete`, operators and events.
 bool isInherited(lua_State* L)
 {
   if (lua_type(L, 2) != LUA_TSTRING) return true;
   const char* key = lua_tostring(L, 2);
-  for (const char* own : {"new", "new_local", "delete", "tolua_ubox"})
-    if (std::strcmp(key, own) == 0) return false;
-  return key[0] != '.' && std::strncmp(key, "__", 2) != 0;
-}
-
-int tableIndex(lua_State* L)
-{
-  if (!lua_istable(L, 1)) return 0;
-  lua_pushvalue(L, 1);
-  if (classField(L)) return 1;
-  if (!isInherited(L)) return 0;
-  while (toMetatable(L))
-    if (classField(L)) return 1;
-  return 0;
+  if (key[0] == '.' || (key[0] == '_' && key[1] == '_')) return false;
+  if (key[0] != 'n' && key[0] != 'd' && key[0] != 't') return true;
+  return std::none_of(std::begin(OWN_KEYS), std::end(OWN_KEYS),
+                      [key](const char* own) { return std::strcmp(key, own) == 0; });
 }
 
 // ---- What is known of classes
@@ -105,8 +86,9 @@ int traitsOf(lua_State* L, int classTable)
   return traits;
 }
 
-void setTraits(lua_State* L, int classTable, int traits)
+void addTrait(lua_State* L, int classTable, Trait trait)
 {
+  const int traits = traitsOf(L, classTable) | trait;
   pushRegistered(L, s_traits);
   lua_pushvalue(L, classTable);
   lua_pushinteger(L, traits);
@@ -121,37 +103,28 @@ struct Chain
 {
   std::uintptr_t size = 0;
   std::uintptr_t accessors = 0;
+  bool derivedHaveVariables = false;
 };
-constexpr std::uintptr_t maxChain = 14; ///< Each look-up that fails takes a place on the stack.
+constexpr std::uintptr_t maxChain = 12; ///< Each look-up that fails takes a place on the stack.
 
 void pushChain(lua_State* L, Chain chain)
 {
-  lua_pushlightuserdata(L, reinterpret_cast<void*>(chain.size | chain.accessors << 8));
+  const std::uintptr_t flag = chain.derivedHaveVariables ? 1 : 0;
+  lua_pushlightuserdata(L, reinterpret_cast<void*>(chain.size | flag << 7 | chain.accessors << 8));
 }
 Chain toChain(const void* word)
 {
   const auto bits = reinterpret_cast<std::uintptr_t>(word);
-  return {bits & 0xFF, bits >> 8};
+  return {bits & 0x7F, bits >> 8, (bits & 0x80) != 0};
 }
 
-/// Upvalues: the chain, then its tables: of each class its own and that of its getters.
-int memberIndex(lua_State* L)
+/// Pushes the first value of the key at index 2 in the tables of the chain, or calls the getter of that name.
+/// The look-ups that failed before it stay on the stack.
+int searchChain(lua_State* L, const Chain& chain)
 {
-  lua_getfenv(L, 1);
-  if (!lua_rawequal(L, -1, TOLUA_NOPEER)) {
-    if (lua_type(L, 1) != LUA_TUSERDATA) {
-      lua_settop(L, 2);
-      return tableIndex(L);
-    }
-    lua_pushvalue(L, 2);
-    lua_gettable(L, -2);
-    if (!lua_isnil(L, -1)) return 1;
-    lua_settop(L, 2);
-  }
-  const Chain chain = toChain(lua_touserdata(L, lua_upvalueindex(1)));
   for (int i = 0; i < static_cast<int>(chain.size); ++i) {
     lua_pushvalue(L, 2);
-    lua_rawget(L, lua_upvalueindex(2 + i));
+    lua_rawget(L, lua_upvalueindex(3 + i));
     if (lua_isnil(L, -1)) continue;
     if ((chain.accessors >> i & 1) == 0) return 1;
     if (const lua_CFunction getter = lua_tocfunction(L, -1)) {
@@ -160,6 +133,39 @@ int memberIndex(lua_State* L)
     }
   }
   return 0;
+}
+
+/// A class table whose base this class is, or an object that asked its class table.
+int baseIndex(lua_State* L)
+{
+  const Chain chain = toChain(lua_touserdata(L, lua_upvalueindex(1)));
+  if (chain.derivedHaveVariables) {
+    lua_pushvalue(L, lua_upvalueindex(2));
+    lua_rawget(L, 1);
+    if (lua_istable(L, -1)) {
+      lua_pushvalue(L, 2);
+      lua_rawget(L, -2);
+      if (const lua_CFunction getter = lua_tocfunction(L, -1)) {
+        lua_settop(L, 2);
+        return getter(L);
+      }
+    }
+  }
+  return isInherited(L) ? searchChain(L, chain) : 0;
+}
+
+/// Upvalues: the chain, ".get", then the tables: of each class its own and that of its getters.
+int memberIndex(lua_State* L)
+{
+  if (lua_type(L, 1) == LUA_TTABLE) return baseIndex(L);
+  lua_getfenv(L, 1);
+  if (!lua_rawequal(L, -1, TOLUA_NOPEER)) {
+    if (!lua_istable(L, -1)) return 0; // no object at all
+    lua_pushvalue(L, 2);
+    lua_gettable(L, -2);
+    if (!lua_isnil(L, -1)) return 1;
+  }
+  return searchChain(L, toChain(lua_touserdata(L, lua_upvalueindex(1))));
 }
 
 /// The same for a class with index operators.
@@ -258,16 +264,38 @@ bool hasInChain(lua_State* L, int classTable, const char* key)
   return found;
 }
 
-/// Whether Lua may look members up in the class table itself: nothing lies in bases or behind accessors.
+/// Pushes the metatable of the value at index 1 if it is that of a class: scripts may call events by hand.
+bool pushClass(lua_State* L)
+{
+  if (!lua_getmetatable(L, 1)) return false;
+  lua_pushvalue(L, -1);
+  lua_rawget(L, LUA_REGISTRYINDEX);
+  const bool isClass = lua_type(L, -1) == LUA_TSTRING;
+  lua_pop(L, isClass ? 1 : 2);
+  return isClass;
+}
+
+/// Whether a base has a key that class tables do not inherit and that the class does not have itself.
+bool hidesKeys(lua_State* L, int classTable)
+{
+  const int top = lua_gettop(L);
+  bool hides = false;
+  for (const char* key : {"new", "delete"}) {
+    lua_pushvalue(L, classTable);
+    hides = hides || (!rawField(L, key) && hasInChain(L, classTable, key));
+    lua_settop(L, top);
+  }
+  return hides;
+}
+
+/// Whether Lua may look members up in the class table itself. What is missing there goes to the base as a
+/// look-up of the class table, so nothing may depend on the object; and the class itself is nobody's base.
 bool isDirect(lua_State* L, int classTable)
 {
-  if (traitsOf(L, classTable) != 0) return false;
-  if (hasInChain(L, classTable, ".get") || hasInChain(L, classTable, ".geti")) return false;
-  if (!lua_getmetatable(L, classTable)) return true;
-  luaL_getmetatable(L, "tolua_commonclass");
-  const bool result = lua_rawequal(L, -1, -2) != 0;
-  lua_pop(L, 2);
-  return result;
+  if (traitsOf(L, classTable) != 0 || !lua_getmetatable(L, classTable)) return false;
+  lua_pop(L, 1);
+  return !hasInChain(L, classTable, ".get") && !hasInChain(L, classTable, ".geti") &&
+         !hidesKeys(L, classTable);
 }
 
 /// Pushes the chain of a class and its tables: the class tables with what they have under the key, such as
@@ -326,7 +354,7 @@ void use(lua_State* L, int metatable)
 
 int firstIndex(lua_State* L)
 {
-  if (lua_type(L, 1) != LUA_TUSERDATA || !lua_getmetatable(L, 1)) return tableIndex(L);
+  if (!pushClass(L)) return 0;
   luaL_checkstack(L, 3 * static_cast<int>(maxChain), "a chain of classes");
   const int metatable = lua_gettop(L);
   use(L, metatable);
@@ -334,13 +362,15 @@ int firstIndex(lua_State* L)
   lua_pushvalue(L, metatable);
   toClassTable(L);
   const int classTable = lua_gettop(L);
-  if (!isDirect(L, classTable)) {
+  if (lua_istable(L, 1) || !isDirect(L, classTable)) {
     lua_pushnil(L);
-    const Chain chain = pushTables(L, classTable, ".get", true);
+    lua_pushliteral(L, ".get");
+    Chain chain = pushTables(L, classTable, ".get", true);
+    chain.derivedHaveVariables = (traitsOf(L, classTable) & DERIVED_HAVE_VARIABLES) != 0;
     pushChain(L, chain);
     lua_replace(L, classTable + 1);
     const bool hasElements = hasInChain(L, classTable, ".geti");
-    pushWrapper(L, hasElements ? elementIndex : memberIndex, 1 + static_cast<int>(chain.size));
+    pushWrapper(L, hasElements ? elementIndex : memberIndex, 2 + static_cast<int>(chain.size));
     lua_remove(L, classTable);
   }
   lua_rawset(L, metatable);
@@ -351,7 +381,8 @@ int firstIndex(lua_State* L)
 
 int firstNewIndex(lua_State* L)
 {
-  if (lua_type(L, 1) != LUA_TUSERDATA || !lua_getmetatable(L, 1)) return tableNewIndex(L);
+  if (lua_type(L, 1) != LUA_TUSERDATA) return tableNewIndex(L);
+  if (!pushClass(L)) return 0;
   luaL_checkstack(L, 3 * static_cast<int>(maxChain), "a chain of classes");
   const int metatable = lua_gettop(L);
   use(L, metatable);
@@ -374,7 +405,10 @@ int firstNewIndex(lua_State* L)
 void classChanged(lua_State* L, bool isBase)
 {
   const int classTable = lua_gettop(L);
-  if (isBase) setTraits(L, classTable, traitsOf(L, classTable) | IS_BASE);
+  if (isBase) addTrait(L, classTable, IS_BASE);
+  if (rawField(L, ".get") && lua_getmetatable(L, classTable))
+    addTrait(L, lua_gettop(L), DERIVED_HAVE_VARIABLES);
+  lua_settop(L, classTable);
   pushRegistered(L, s_inUse);
   for (lua_pushnil(L); lua_next(L, classTable + 1);) {
     lua_pop(L, 1);
@@ -391,9 +425,8 @@ void objectHasFields(lua_State* L, int handle)
   if (!lua_getmetatable(L, handle)) return;
   toClassTable(L);
   const int classTable = lua_gettop(L);
-  const int traits = traitsOf(L, classTable);
-  if ((traits & HAS_FIELDS) == 0) {
-    setTraits(L, classTable, traits | HAS_FIELDS);
+  if ((traitsOf(L, classTable) & HAS_FIELDS) == 0) {
+    addTrait(L, classTable, HAS_FIELDS);
     resetClass(L, classTable);
   }
   lua_pop(L, 1);

@@ -1,5 +1,6 @@
 #include "kelLua/Type.h"
 #include "Overloads.h"
+#include "registryKeys.h"
 #include <algorithm>
 #include <deque>
 #include <iterator>
@@ -10,9 +11,6 @@
 namespace kelLua::wrap {
 
 namespace {
-
-/// Numbers in the registry below this one belong to `luaL_ref`.
-constexpr int firstKey = 1 << 20;
 
 struct Types
 {
@@ -43,10 +41,7 @@ const Type& type(const char* name)
 {
   Types& known = types();
   const auto [entry, isNew] = known.byName.try_emplace(name, nullptr);
-  if (isNew) {
-    const int key = firstKey + 2 * static_cast<int>(known.all.size());
-    entry->second = &known.all.emplace_back(entry->first.c_str(), key);
-  }
+  if (isNew) entry->second = &known.all.emplace_back(entry->first.c_str(), newRegistryKeys(2));
   return *entry->second;
 }
 

@@ -1,4 +1,5 @@
 #pragma once
+#include "kel/EulerAngles.h"
 #include "kel/Matrix4x4.h"
 
 namespace kel {
@@ -12,6 +13,7 @@ template <class T> class AffineMatrix4x4T : public Matrix4x4T<T>
 
 public:
   using Base::Base;
+  using Base::get;
   using Base::postMult;
   using Base::preMult;
   using Base::set;
@@ -19,9 +21,12 @@ public:
   /// The identity.
   constexpr AffineMatrix4x4T() = default;
   /// A rotation.
-  explicit AffineMatrix4x4T(const QuatT<T>& rotation) { this->Base::setRotate(rotation); }
-  /// A rotation, then a translation.
-  AffineMatrix4x4T(const QuatT<T>& rotation, const Vec3& translation) : AffineMatrix4x4T(rotation)
+  explicit AffineMatrix4x4T(const QuatT<T>& rotation) { Base::setRotate(rotation); }
+  explicit AffineMatrix4x4T(const EulerAngles& rotation) { setRotate(rotation); }
+  explicit AffineMatrix4x4T(const OrthoMatrix3x3& rotation) { Base::setRotate(rotation); }
+  /// A rotation, in any of these forms, then a translation.
+  template <class Rotation>
+  AffineMatrix4x4T(const Rotation& rotation, const Vec3& translation) : AffineMatrix4x4T(rotation)
   {
     setTranslate(translation);
   }
@@ -34,6 +39,8 @@ public:
   }
   /// A rotation without translation.
   AffineMatrix4x4T& set(const QuatT<T>& rotation) { return *this = AffineMatrix4x4T(rotation); }
+  AffineMatrix4x4T& set(const EulerAngles& rotation) { return *this = AffineMatrix4x4T(rotation); }
+  AffineMatrix4x4T& set(const OrthoMatrix3x3& rotation) { return *this = AffineMatrix4x4T(rotation); }
   /// Becomes the identity.
   AffineMatrix4x4T& setIdentity() { return *this = AffineMatrix4x4T(); }
   /// Replaces the translation.
@@ -45,12 +52,19 @@ public:
     (*this)(3, 2) = z;
     return *this;
   }
-  /// Replaces the rotation block; arguments as for a quaternion's `setRotate`.
+  /// Replaces the rotation block, by a rotation in any form or from arguments as for a quaternion's
+  /// `setRotate`.
   AffineMatrix4x4T& setRotate(const QuatT<T>& rotation)
   {
     Base::setRotate(rotation);
     return *this;
   }
+  AffineMatrix4x4T& setRotate(const OrthoMatrix3x3& rotation)
+  {
+    Base::setRotate(rotation);
+    return *this;
+  }
+  AffineMatrix4x4T& setRotate(const EulerAngles& rotation) { return setRotate(QuatT<T>(rotation)); }
   template <class... Args> AffineMatrix4x4T& setRotate(const Args&... args)
   {
     return setRotate(QuatT<T>::rotate(args...));

@@ -1,5 +1,5 @@
 #pragma once
-#include "kel/AffineMatrix4x4.h"
+#include "kel/OrthoMatrix3x3.h"
 #include "kel/Referenced.h"
 #include "kelData/EntityPtr.h"
 #include "kelStream/Serializable.h"
@@ -63,16 +63,26 @@ public:
   Quat getRotate() const { return m_world->getRotate(); }
   /// Sets the rotation to the world; the origin stays.
   void setRotate(const Quat& rotate);
+  void setRotate(const OrthoMatrix3x3& rotate);
+  void setRotate(const EulerAngles& rotate) { setRotate(Quat(rotate)); }
   /// Rotation to the parent.
   Quat getLocalRotate() const { return m_local->getRotate(); }
   /// Sets the rotation to the parent; the origin stays.
   void setLocalRotate(const Quat& rotate);
+  void setLocalRotate(const EulerAngles& rotate) { setLocalRotate(Quat(rotate)); }
 
   /// Points and vectors of the frame, seen in the world, and back. The rotation must be free of scale.
   Vec3 transformPointToWorld(const Vec3& point) const { return m_world->transformPoint(point); }
   Vec3 transformVectorToWorld(const Vec3& vector) const { return m_world->transformVector(vector); }
   Vec3 transformPointToLocal(const Vec3& point) const;
   Vec3 transformVectorToLocal(const Vec3& vector) const { return m_world->transform3x3Inv(vector); }
+
+  /// Hands the translation, the rotation, or both of the transform to the parent down to the frames below,
+  /// and so on down to the leaves, whose places in the world do not change. Frames above them end without.
+  void transferDataIntoLeaves(bool translation = true, bool rotation = true);
+  /// Whether the frame hands its transform down there, or is as a leaf; true at first.
+  bool allowTransferDataIntoChildren() const { return m_allowsTransfer; }
+  void setAllowTransferIntoChildren(bool allow) { m_allowsTransfer = allow; }
 
   /// The body that the frame belongs to, its own or that of the nearest frame above; null for none. Not
   /// owned.
@@ -81,21 +91,24 @@ public:
 
 protected:
   ~Frame() override;
-  /// Called after every write of a transform: brings the frames below up to date.
-  virtual void postTransformUpdate();
+  /// Called after every change of the transform to the world, before the frames below follow.
+  virtual void postTransformUpdate() {}
 
   RigidBody* m_rigidBody = nullptr;
 
 private:
   bool isAbove(const Frame* frame) const;
+  void becomeRoot();
   void updateWorld();
   void updateLocal();
+  void updateSubtree();
 
   kelData::EntityPtr m_entity;
   AffineMatrix4x4* m_local; // in the row of m_entity
   AffineMatrix4x4* m_world;
   Frame* m_parent = nullptr;
   std::vector<Frame*> m_children;
+  bool m_allowsTransfer = true;
 };
 
 } // namespace kel

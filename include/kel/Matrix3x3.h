@@ -8,9 +8,9 @@ class SPDMatrix3x3;
 /// Three rows of three elements. `preMult` takes a vector as a row, `postMult` and `operator*` as a column.
 template <class T> class Matrix3x3T
 {
+public:
   using Vec3 = Vec3T<T>;
 
-public:
   /// The identity.
   constexpr Matrix3x3T() : Matrix3x3T(Vec3(1, 1, 1)) {}
   /// Elements row by row.
@@ -33,18 +33,39 @@ public:
   /// Element at a row and a column, not tested.
   constexpr T& operator()(std::size_t row, std::size_t column) { return m_rows[row][column]; }
   constexpr T operator()(std::size_t row, std::size_t column) const { return m_rows[row][column]; }
-  /// A row, or a column, not tested.
-  constexpr const Vec3& getRow(std::size_t row) const { return m_rows[row]; }
-  constexpr Vec3 getColumn(std::size_t column) const
+  /// A row, or a column, to read and to write; throws `std::out_of_range` beyond 2.
+  const Vec3& getRow(std::size_t row) const { return m_rows[checked(row)]; }
+  void setRow(std::size_t row, const Vec3& elements) { m_rows[checked(row)] = elements; }
+  Vec3 getColumn(std::size_t column) const { return columnAt(checked(column)); }
+  void setColumn(std::size_t column, const Vec3& elements)
   {
-    return Vec3(m_rows[0][column], m_rows[1][column], m_rows[2][column]);
+    for (std::size_t row = 0; row < 3; ++row) m_rows[row][checked(column)] = elements[row];
   }
   /// (m00, m11, m22).
   constexpr Vec3 getDiagonal() const { return Vec3(m_rows[0][0], m_rows[1][1], m_rows[2][2]); }
-  /// Element at a row and a column, both below 3, else throws `std::out_of_range`.
-  T at(std::size_t row, std::size_t column) const { return (*this)(checked(row), checked(column)); }
+  /// Element `row * 4 + column` in memory, where a fourth one that is 0 ends each row; throws
+  /// `std::out_of_range` beyond 11.
+  T at(std::size_t row, std::size_t column) const
+  {
+    const std::size_t i = checkedElement(row, column, 12);
+    return (*this)(i / 4, i % 4);
+  }
   /// Writes an element, tested as in `at`; the value comes first.
-  void set(T value, std::size_t row, std::size_t column) { (*this)(checked(row), checked(column)) = value; }
+  void set(T value, std::size_t row, std::size_t column)
+  {
+    const std::size_t i = checkedElement(row, column, 12);
+    (*this)(i / 4, i % 4) = value;
+  }
+  /// The twelve elements in memory, a view.
+  constexpr T* ptr() { return m_rows[0].ptr(); }
+  constexpr const T* ptr() const { return m_rows[0].ptr(); }
+  /// The matrix as the block of a transform without translation.
+  explicit operator AffineMatrix4x4T<T>() const
+  {
+    const Matrix3x3T& m = *this;
+    return AffineMatrix4x4T<T>(m(0, 0), m(0, 1), m(0, 2), 0, m(1, 0), m(1, 1), m(1, 2), 0, m(2, 0), m(2, 1),
+                               m(2, 2), 0, 0, 0, 0, 1);
+  }
 
   /// Sets a diagonal matrix, or all elements row by row.
   constexpr void set(const Vec3& diagonal) { *this = Matrix3x3T(diagonal); }
@@ -81,7 +102,7 @@ public:
     return Matrix3x3T(0, -v.z(), v.y(), v.z(), 0, -v.x(), -v.y(), v.x(), 0);
   }
   /// Rows and columns exchanged.
-  constexpr Matrix3x3T transpose() const { return fromRows(getColumn(0), getColumn(1), getColumn(2)); }
+  constexpr Matrix3x3T transpose() const { return fromRows(columnAt(0), columnAt(1), columnAt(2)); }
   /// The determinant, expanded in full.
   constexpr T determinant() const
   {
@@ -89,7 +110,7 @@ public:
     return m(0, 0) * m(1, 1) * m(2, 2) - m(0, 0) * m(1, 2) * m(2, 1) - m(0, 1) * m(1, 0) * m(2, 2) +
            m(0, 1) * m(1, 2) * m(2, 0) + m(1, 0) * m(0, 2) * m(2, 1) - m(0, 2) * m(1, 1) * m(2, 0);
   }
-  /// The general inverse, by the adjugate; not finite for a singular matrix.
+  /// The general inverse, by the adjugate, for elements of any size; not finite for a singular matrix.
   Matrix3x3T inverse() const;
 
   /// `v * M`.
@@ -137,6 +158,11 @@ public:
   }
 
 private:
+  Matrix3x3T adjugate() const;
+  constexpr Vec3 columnAt(std::size_t column) const
+  {
+    return Vec3(m_rows[0][column], m_rows[1][column], m_rows[2][column]);
+  }
   static constexpr Matrix3x3T fromRows(const Vec3& row0, const Vec3& row1, const Vec3& row2)
   {
     Matrix3x3T m;
@@ -147,7 +173,7 @@ private:
   }
   static std::size_t checked(std::size_t i)
   {
-    if (i > 2) throw std::out_of_range("index of a matrix element is out of range");
+    if (i > 2) throw std::out_of_range("index of a matrix row or column is out of range");
     return i;
   }
 

@@ -3,6 +3,9 @@
 
 namespace kel {
 
+/// Index of an element in rows of four; throws `std::out_of_range` for one that is not below `count`.
+std::size_t checkedElement(std::size_t row, std::size_t column, std::size_t count);
+
 /// Sixteen elements, row after row; vectors are rows, so that `v * (A * B)` applies A first.
 template <class T> class Matrix4x4T
 {
@@ -19,9 +22,9 @@ public:
   constexpr T& operator()(std::size_t row, std::size_t column) { return m_data[row * 4 + column]; }
   constexpr T operator()(std::size_t row, std::size_t column) const { return m_data[row * 4 + column]; }
   /// Element `row * 4 + column`; throws `std::out_of_range` beyond 15.
-  T at(std::size_t row, std::size_t column) const { return m_data[checked(row, column)]; }
+  T at(std::size_t row, std::size_t column) const { return m_data[checkedElement(row, column, 16)]; }
   /// Writes element `row * 4 + column`, tested as in `at`; the value comes first.
-  void set(T value, std::size_t row, std::size_t column) { m_data[checked(row, column)] = value; }
+  void set(T value, std::size_t row, std::size_t column) { m_data[checkedElement(row, column, 16)] = value; }
   /// Writes a row; throws `std::out_of_range` beyond 3.
   void setRow(std::size_t row, const Vec4T<T>& elements);
   /// The sixteen elements, a view.
@@ -44,14 +47,16 @@ public:
   /// Becomes `a * b`; both may be this matrix.
   void mult(const Matrix4x4T& a, const Matrix4x4T& b);
 
-  /// Writes the rotation block of a unit quaternion, nothing else.
+  /// Writes the rotation block, nothing else; a quaternion must have length 1.
   void setRotate(const QuatT<T>& q);
-  /// Reads the rotation of the block, which must have no scale.
+  void setRotate(const OrthoMatrix3x3& block);
+  /// Reads the rotation of the block, which for a quaternion must have no scale; Euler angles keep their
+  /// convention.
   void get(QuatT<T>& q) const;
+  void get(EulerAngles& angles) const;
+  void get(OrthoMatrix3x3& block) const;
 
 private:
-  static std::size_t checked(std::size_t row, std::size_t column);
-
   T m_data[16];
 };
 

@@ -1,9 +1,12 @@
 #pragma once
+#include "kel/EulerConvention.h"
 #include "kel/Vec4.h"
 
 namespace kel {
 
 template <class T> class Matrix4x4T;
+class EulerAngles;
+class OrthoMatrix3x3;
 
 /// Rotation as a quaternion x, y, z, w; (0, 0, 0, 1) is the identity. Only unit quaternions rotate without
 /// scaling, and no member but `normalize` makes them so. Angles are in radians.
@@ -24,8 +27,10 @@ public:
   {
     setRotate(angle1, axis1, angle2, axis2, angle3, axis3);
   }
-  /// The rotation of a transform.
+  /// A rotation in another form, as `set`.
+  explicit QuatT(const EulerAngles& angles) { set(angles); }
   explicit QuatT(const Matrix4x4T<T>& matrix) { set(matrix); }
+  explicit QuatT(const OrthoMatrix3x3& matrix) { set(matrix); }
   /// Elements converted from another type.
   template <class U> explicit constexpr QuatT(const QuatT<U>& other) : m_elements(other.asVec4()) {}
 
@@ -57,10 +62,17 @@ public:
   constexpr void set(const Vec4T<T>& xyzw) { m_elements = xyzw; }
   /// Writes element `i`, tested as in `at`; the value comes first.
   constexpr void set(T value, std::size_t i) { m_elements.set(value, i); }
-  /// The rotation of a transform, whose block must be a rotation without scale.
+  /// Sets a rotation in another form; the block of a matrix must have no scale.
+  QuatT& set(const EulerAngles& angles);
   QuatT& set(const Matrix4x4T<T>& matrix);
-  /// Writes the rotation block of a transform.
+  QuatT& set(const OrthoMatrix3x3& matrix);
+  /// Writes the rotation: in the convention of the angles; into a matrix of four rows its block only.
+  void get(EulerAngles& angles) const;
   void get(Matrix4x4T<T>& matrix) const;
+  void get(OrthoMatrix3x3& matrix) const;
+  /// The Euler angles, in radians, of a convention.
+  Vec3T<T>
+  getAsEulerAngles(EulerConvention::Convention convention = EulerConvention::DEFAULT_CONVENTION) const;
 
   /// Sets the rotation by `angle` about `axis` of any length; the identity for a null axis.
   void setRotate(T angle, const Vec3T<T>& axis);

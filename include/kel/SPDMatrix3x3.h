@@ -28,10 +28,11 @@ public:
   /// Element at a row and a column, not tested.
   constexpr Real& operator()(std::size_t i, std::size_t j) { return m_data[index(i, j)]; }
   constexpr Real operator()(std::size_t i, std::size_t j) const { return m_data[index(i, j)]; }
-  /// Element at a row and a column, both below 3, else throws `std::out_of_range`.
+  /// The same, tested: an element beyond the six in memory throws `std::out_of_range`.
   constexpr Real at(std::size_t i, std::size_t j) const
   {
-    if (i > 2 || j > 2) throw std::out_of_range("index of a matrix element is out of range");
+    if (i > 5 || j > 5 || index(i, j) > 5)
+      throw std::out_of_range("index of a matrix element is out of range");
     return (*this)(i, j);
   }
   /// The six elements in memory order, a view.
@@ -59,7 +60,7 @@ public:
     return m00 * m11 * m22 - m00 * m12 * m12 - m01 * m01 * m22 + m12 * m01 * m02 + m01 * m02 * m12 -
            m11 * m02 * m02;
   }
-  /// The inverse, by the adjugate; not finite for a singular matrix.
+  /// The inverse, as that of a `Matrix3x3`.
   SPDMatrix3x3 inverse() const;
 
   /// The matrix times a column vector, which for a symmetric matrix is also the row vector times it.

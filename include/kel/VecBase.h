@@ -27,7 +27,8 @@ template <class V, class T, std::size_t N> class VecBase
 {
 public:
   using value_type = T;
-  /// Elements in memory.
+  /// Elements, and elements in memory.
+  static constexpr std::size_t SIZE = N;
   static constexpr std::size_t STORAGE_SIZE = N == 3 ? 4 : N;
 
   /// Element `i`, not tested.

@@ -1,4 +1,5 @@
 #pragma once
+#include "kelLua/Text.h"
 #include "kelStream/ClassInformation.h"
 #include <string>
 
@@ -17,6 +18,8 @@ public:
   /// Looks for the function that carries the method's name on the script's handle for `object`. Finding none
   /// is no error: `m_valid` is false, and the stack of the state is as it was.
   LuaCall(lua_State* L, const kelStream::ClassInformation& method, const void* object);
+  /// The same by the method's name alone.
+  LuaCall(lua_State* L, const Text& method, const void* object);
   LuaCall(const LuaCall&) = delete;
   LuaCall& operator=(const LuaCall&) = delete;
   /// Ends the call. An engine exception that passes by leaves no arguments behind.
@@ -33,6 +36,9 @@ public:
   bool m_valid = false; ///< Whether there is a function to call.
 
 private:
+  bool pushFunctions(const void* object);
+  void takeFunction();
+
   int m_base = 0;
   bool m_called = false;
   std::string m_lastError;

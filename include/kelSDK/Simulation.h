@@ -87,7 +87,7 @@ public:
   /// The clock's time, s.
   kel::TimeStamp getTimeStamp() const { return m_clock->getTime(); }
   /// Sets the clock, s, without a step.
-  void setTimeStamp(kel::TimeStamp time) { m_clock->stepTo(time); }
+  void setTimeStamp(kel::TimeStamp time) { m_clock->setTime(time); }
 
   /// Acceleration of free bodies, m/s2; false without a dynamics system.
   bool setUniformGravity(const kel::Vec3& gravity);

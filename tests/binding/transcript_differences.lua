@@ -11,6 +11,9 @@ local belowArrays = "an array that does not fit leaves nothing on the stack, so 
 local notOurs = "a value of another library may be smaller than an address"
 local noAddress = "error error in function 'address'. argument #2 is 'userdata'; 'userdata' expected."
 
+local plainFirst = "plain types are tested first, so a table that stands for an object is reported as the table"
+local notNumber = "error error in function 'mixed'. argument #2 is 'table'; 'number' expected."
+
 local function refused(name) return "error error in function '"..name..
   "'. argument #1 is 'const test::Point'; 'test::Point' expected." end
 
@@ -71,6 +74,9 @@ return {
     ["stands for, return test.Chooser():pick(o)"] = {belowArrays, "servo"},
     ["changing tables"] = {belowArrays,
       "table 3.000000, table 3.000000, table 3.000000, table 3.000000, servo, servo, error, error"},
+    ["c:mixed(o, 'x')"] = {plainFirst, notNumber},
+    ["c:mixed(o, nil)"] = {plainFirst, notNumber},
+    ["c:mixed(o, d)"] = {plainFirst, notNumber},
     ["c:address(io.stdout)"] = {notOurs, noAddress},
     ["test.Chooser():address(io.stdout)"] = {notOurs, noAddress},
   },

@@ -1,32 +1,9 @@
-#include "kel/Logger.h"
+#include "LogCapture.h"
 #include "kel/abort.h"
 #include <gtest/gtest.h>
 #include <thread>
 
 namespace {
-
-/// Collects the messages of its life in place of standard error.
-class LogCapture
-{
-public:
-  explicit LogCapture(kel::Notify::NotifyLevel level) : m_level(kel::Logger::instance().getLevel())
-  {
-    kel::Logger::instance().setLevel(level);
-    m_sink =
-        kel::Logger::instance().setSink([this](auto, const std::string& text) { lines.push_back(text); });
-  }
-  ~LogCapture()
-  {
-    kel::Logger::instance().setSink(m_sink);
-    kel::Logger::instance().setLevel(m_level);
-  }
-
-  std::vector<std::string> lines;
-
-private:
-  kel::Notify::NotifyLevel m_level;
-  kel::Logger::Sink m_sink;
-};
 
 using Lines = std::vector<std::string>;
 

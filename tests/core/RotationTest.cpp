@@ -1,4 +1,5 @@
 #include "Seeded.h"
+#include "kel/OrthoMatrix3x3.h"
 #include "kel/SPDMatrix3x3.h"
 #include <gtest/gtest.h>
 #include <numbers>
@@ -61,6 +62,11 @@ TEST(Quat, RotationBetweenDirections)
     const Vec3 nearly = a + seeded.vector(1e-9);
     EXPECT_LT(difference((Quat(a, nearly) * a).normal(), nearly.normal()), 1e-15);
   }
+  // Squares that leave the range of numbers.
+  for (const double size : {1e-310, 1e-160, 1e160, 1e308}) {
+    EXPECT_LT(difference(Quat(Vec3(size, size, 0), Vec3(0, 3, 0)), Quat(PI / 4, Z_AXIS)), TOLERANCE) << size;
+    EXPECT_LT(difference(Quat(1, Vec3(0, size, 0)), Quat(1, Y_AXIS)), TOLERANCE) << size;
+  }
   EXPECT_EQ(Quat(X_AXIS, Vec3()), Quat());
   EXPECT_EQ(Quat(Vec3(), X_AXIS), Quat());
 }
@@ -86,6 +92,26 @@ TEST(Quat, SlerpTurnsEvenlyTheShortWay)
   EXPECT_LT(difference(same, q), TOLERANCE);
   same.slerp(0.5, q, near);
   EXPECT_LT(difference(same, Quat(0.3 + 5e-11, X_AXIS)), 1e-15);
+}
+
+TEST(Quat, SlerpHasItsEndsAndAConstantSpeed)
+{
+  Seeded seeded;
+  for (const double angle : {1e-12, 1e-7, 1e-3, 1.0, PI - 1e-9, PI, PI + 1e-9, 2 * PI - 1e-7}) {
+    const Quat from = seeded.rotation(), to = Quat(angle, seeded.vector()) * from;
+    const double way = std::min(angle, 2 * PI - angle);
+    Quat q, next;
+    q.slerp(0, from, to);
+    EXPECT_EQ(q, from);
+    q.slerp(1, from, to);
+    EXPECT_LT(difference(q, to), TOLERANCE);
+    for (int i = 0; i < 10; ++i) {
+      q.slerp(i * 0.1, from, to);
+      next.slerp((i + 1) * 0.1, from, to);
+      EXPECT_NEAR(2 * difference(q, next), 4 * std::sin(way / 40), 1e-14) << angle;
+      EXPECT_NEAR(q.length(), 1, TOLERANCE);
+    }
+  }
 }
 
 TEST(Quat, NullQuaternionIsHarmless)
@@ -173,6 +199,58 @@ TEST(Matrix3x3, GeneralInverseAndDeterminant)
   EXPECT_FALSE(Matrix3x3(1, 0, 0, 0, 1, 1e-300, 0, 0, 1).isDiagonal());
 }
 
+TEST(Matrix3x3, InverseOfElementsOfAnySize)
+{
+  Seeded seeded;
+  for (const double size : {1e-300, 1e-120, 1e120, 1e300}) {
+    const Matrix3x3 m = Matrix3x3(Vec3(1, 2, 3)) + seeded.matrix() * 0.1;
+    const Matrix3x3 product = (m * size).inverse() * size * m;
+    for (std::size_t i = 0; i < 3; ++i) EXPECT_NEAR(product(i, i), 1, TOLERANCE) << size;
+    EXPECT_NEAR(product(0, 2), 0, TOLERANCE) << size;
+  }
+  const Matrix3x3 uneven(Vec3(1e-200, 1, 1e200));
+  EXPECT_EQ((uneven.inverse() * uneven).getDiagonal(), Vec3(1));
+  EXPECT_FALSE(std::isfinite(Matrix3x3(Vec3(1, 1, 0)).inverse()(0, 0)));
+  EXPECT_FALSE(std::isfinite(Matrix3x3(Vec3()).inverse()(0, 0)));
+}
+
+TEST(Matrix3x3, HasAFourthElementInEachRowOfMemory)
+{
+  Matrix3x3 m(1, 2, 3, 4, 5, 6, 7, 8, 9);
+  EXPECT_EQ(m.at(0, 3), 0);
+  EXPECT_EQ(m.at(0, 5), 5) << "as in a transform";
+  EXPECT_EQ(m.ptr() + 11, &m(2, 3));
+  EXPECT_THROW(m.at(2, 4), std::out_of_range);
+  EXPECT_THROW(m.at(std::size_t(1) << 62, 0), std::out_of_range);
+  EXPECT_THROW(m.set(1, 3, 0), std::out_of_range);
+  EXPECT_THROW(m.getColumn(3), std::out_of_range);
+  EXPECT_THROW(m.setRow(std::size_t(-1), Vec3()), std::out_of_range);
+  EXPECT_TRUE(AffineMatrix4x4(m) == AffineMatrix4x4(1, 2, 3, 0, 4, 5, 6, 0, 7, 8, 9, 0, 0, 0, 0, 1));
+}
+
+TEST(OrthoMatrix3x3, IsARotationInAnotherForm)
+{
+  Seeded seeded;
+  for (int i = 0; i < SAMPLES; ++i) {
+    const Quat p = seeded.rotation(), q = seeded.rotation();
+    const OrthoMatrix3x3 m(p), n(q);
+    const Vec3 v = seeded.vector(1);
+    EXPECT_LT(difference(m.preMult(v), p * v), TOLERANCE);
+    EXPECT_LT(difference(m.postMult(m.preMult(v)), v), TOLERANCE);
+    EXPECT_LT(difference((m * n).get(), p * q), TOLERANCE);
+    EXPECT_LT(difference(Quat(m), p), TOLERANCE);
+    EXPECT_LT(difference(m.getScale(), Vec3(1)), TOLERANCE);
+    EXPECT_LT(difference(OrthoMatrix3x3((m * 5).inverse() * m).getScale(), Vec3(0.2)), TOLERANCE);
+    EXPECT_LT(difference(OrthoMatrix3x3(EulerAngles(m)).get(), p), TOLERANCE);
+    const AffineMatrix4x4 a(m, v);
+    EXPECT_EQ(a.getTranslate(), v);
+    EXPECT_LT(difference(a.transformVector(v), p * v), TOLERANCE);
+    OrthoMatrix3x3 back;
+    a.get(back);
+    EXPECT_EQ(back, m);
+  }
+}
+
 TEST(SPDMatrix3x3, StoresM22BeforeM11AndIgnoresTheLowerTriangle)
 {
   const SPDMatrix3x3 m(1, 2, 3, 99, 5, 6, 98, 97, 9);
@@ -182,7 +260,9 @@ TEST(SPDMatrix3x3, StoresM22BeforeM11AndIgnoresTheLowerTriangle)
   EXPECT_EQ(m.at(1, 1), 5);
   EXPECT_EQ(m.at(2, 1), 6);
   EXPECT_EQ(m.getDiagonal(), Vec3(1, 5, 9));
-  EXPECT_THROW(m.at(0, 3), std::out_of_range);
+  EXPECT_EQ(m.at(0, 5), 5) << "the sum of the indices counts";
+  EXPECT_THROW(m.at(3, 3), std::out_of_range);
+  EXPECT_THROW(m.at(std::size_t(-1), 1), std::out_of_range);
 }
 
 TEST(SPDMatrix3x3, AgreesWithTheFullMatrix)

@@ -27,7 +27,8 @@ local BINARY = {
   concat = function(a, b) return a .. b end, call = function(a, b) return a(b) end,
 }
 local UNARY = {
-  unm = function(a) return -a end, len = function(a) return #a end, tostring = tostring, call = function(a) return a() end,
+  unm = function(a) return -a end, len = function(a) return #a end, tostring = tostring,
+  call = function(a) return a() end,
 }
 local BINARY_NAMES, UNARY_NAMES = {}, {}
 for name in pairs(BINARY) do BINARY_NAMES[#BINARY_NAMES + 1] = name end
@@ -52,7 +53,7 @@ end
 local function key(self, object)
   local random = self.random
   local typeName = tolua.type(object):gsub("^const ", ""):gsub("^class ", "")
-  local class = random:oneIn(8) and random:one(surface.classes) or surface.byType[typeName] or random:one(surface.classes)
+  local class = not random:oneIn(8) and surface.byType[typeName] or random:one(surface.classes)
   local kind = random:below(10)
   if kind < 4 and #class.variables > 0 then return random:one(class.variables) end
   if kind < 8 then return random:one(class.keys) end
@@ -101,7 +102,8 @@ end
 
 local function take(self)
   local value = self.pool:any()
-  if type(value) == "userdata" and tolua.type(value) ~= "userdata" and tolua.type(value) ~= "[undefined]" then return end
+  local typeName = tolua.type(value)
+  if type(value) == "userdata" and typeName ~= "userdata" and typeName ~= "[undefined]" then return end
   act(self, "tolua.takeownership", tolua.takeownership, value)
 end
 
@@ -141,7 +143,8 @@ local function addCallbacks(self)
   if listener == nil then return end
   for _, name in ipairs(CALLBACKS) do
     if self.random:oneIn(2) then
-      act(self, "write " .. name, function() listener[name] = self.random:oneIn(4) and self.pool:any() or self:callback() end)
+      local value = self.random:oneIn(4) and self.pool:any() or self:callback()
+      act(self, "write " .. name, function(l, f) l[name] = f end, listener, value)
     end
   end
 end

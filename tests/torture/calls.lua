@@ -10,11 +10,14 @@ calls.__index = calls
 -- What failed calls may say.
 local KNOWN = {
   "error in function '", "invalid 'self' in ", "invalid type in variable assignment%.", "torture: ", "attempt to ",
-  "bad argument #", "index is [nN]", "stack overflow", "object expected", "C stack overflow", "Attempt to perform operation on an invalid operand",
-  "Attempt to call a non%-callable object", "index of a [a-z]+ element is out of range",
+  "bad argument #", "index is [nN]", "stack overflow", "object expected",
+  "Attempt to perform operation on an invalid operand", "Attempt to call a non%-callable object",
+  "index of a [a-z]+ element is out of range",
 }
 
-function calls.new(random, pool) return setmetatable({ random = random, pool = pool, succeeded = {}, strange = {} }, calls) end
+function calls.new(random, pool)
+  return setmetatable({ random = random, pool = pool, succeeded = {}, strange = {} }, calls)
+end
 
 local function pack(...) return { n = select("#", ...), ... } end
 

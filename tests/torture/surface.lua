@@ -70,11 +70,9 @@ local function enterFunction(path, key, f, class)
 end
 
 local function enterClass(path, t, typeName)
-  local class = { name = path, type = typeName, table = t, keys = sortedKeys(t), variables = {}, settable = {}, original = {} }
+  local class = { name = path, type = typeName, table = t, keys = sortedKeys(t), original = {} }
   for key, value in next, t do class.original[key] = value end
-  for list, accessors in pairs { variables = ".get", settable = ".set" } do
-    class[list] = sortedKeys(rawget(t, accessors) or {})
-  end
+  class.variables = sortedKeys(rawget(t, ".get") or {})
   surface.classes[#surface.classes + 1] = class
   surface.byType[typeName] = class
   return class

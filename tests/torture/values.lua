@@ -8,8 +8,8 @@ local PER_TYPE = 12
 
 local INF = 1 / 0
 local NUMBERS = {
-  0, -0, 0 / 0, INF, -INF, 2 ^ 31, 2 ^ 31 - 1, -2 ^ 31, 2 ^ 32, 2 ^ 32 - 1, 2 ^ 53, 2 ^ 63, -2 ^ 63, 2 ^ 64, -1e308, 1e308,
-  1, -1, 2, 3, 4, 5, 7, 16, 255, 256, 0.5, 1e-9, -1e-3, 5e-324, 2.2250738585072014e-308, 1e20, 3.4e38, 1e39,
+  0, -0, 0 / 0, INF, -INF, 2 ^ 31, 2 ^ 31 - 1, -2 ^ 31, 2 ^ 32, 2 ^ 32 - 1, 2 ^ 53, 2 ^ 63, -2 ^ 63, 2 ^ 64, -1e308,
+  1e308, 1, -1, 2, 3, 4, 5, 7, 16, 255, 256, 0.5, 1e-9, -1e-3, 5e-324, 2.2250738585072014e-308, 1e20, 3.4e38, 1e39,
 }
 local STRINGS = {
   "", "x", "body", "1", "0x10", "-1e300", "nan", "a\0b", "\0", ("long "):rep(4000), "\255\254\128", "\195\40", "%s%n%d",
@@ -101,6 +101,15 @@ function values:standIn()
   return t
 end
 
+-- What acts when it is collected, which is in the middle of anything. It must not fail: LuaJIT lets such errors pass
+-- by pcall.
+function values:finalised()
+  local proxy = newproxy(true)
+  local act = self.callback()
+  getmetatable(proxy).__gc = function() pcall(act) end
+  return proxy
+end
+
 local MAKERS = {
   function() return nil end,
   function(self) return self.random:oneIn(2) end,
@@ -118,6 +127,7 @@ local MAKERS = {
   function() return coroutine.create(function() end) end,
   function() return io.stdout end,
   function() return newproxy(true) end,
+  values.finalised,
   function() return newproxy() end,
   function(self) return self:existing("userdata") end,
 }

@@ -28,7 +28,6 @@ private:
       rows().transform[m_rigidBody->m_row] = getMatrix();
       rows().position[m_rigidBody->m_row] = getTranslate();
     }
-    Frame::postTransformUpdate();
   }
 };
 
@@ -43,7 +42,6 @@ private:
   void postTransformUpdate() override
   {
     if (m_rigidBody) rows().cmTransform[m_rigidBody->m_row] = getMatrix();
-    Frame::postTransformUpdate();
   }
 };
 

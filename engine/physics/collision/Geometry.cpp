@@ -21,7 +21,6 @@ private:
   void postTransformUpdate() override
   {
     if (m_geometry) m_geometry->moved();
-    Frame::postTransformUpdate();
   }
 
   Geometry* m_geometry;

@@ -53,35 +53,26 @@ BoundingAABB Sphere::calculateLocalBound() const { return {Vec3(-m_radius), Vec3
 
 void Plane::set(const Vec4& plane)
 {
-  m_normal = Vec3(plane.x(), plane.y(), plane.z());
-  m_distance = plane.w();
+  m_plane.set(plane);
   modified();
 }
 
 void Plane::set(const Vec3& p1, const Vec3& p2, const Vec3& p3)
 {
-  m_normal = cross(p1 - p2, p1 - p3).normal();
-  m_distance = -(m_normal * p1);
+  m_plane.set(kel::Plane(p1, p2, p3));
   modified();
 }
 
 void Plane::setNormal(const Vec3& normal)
 {
-  m_normal = normal;
+  m_plane.setNormal(normal);
   modified();
 }
 
 void Plane::setDistance(Real d)
 {
-  m_distance = d;
+  m_plane.setDistance(d);
   modified();
-}
-
-Vec4 Plane::calculatePlane(const kel::AffineMatrix4x4& transform) const
-{
-  const Vec3 normal = transform.transformVector(m_normal);
-  const Vec3 point = transform.transformPoint(m_normal * -m_distance);
-  return Vec4(normal, -(normal * point));
 }
 
 BoundingAABB Plane::calculateLocalBound() const

@@ -86,7 +86,10 @@ void DynamicsSystem::stepForward()
     rows.lastForce[row] = rows.force[row];
     rows.lastTorque[row] = rows.torque[row];
     rows.force[row] = rows.torque[row] = Vec3();
+    const Vec3 solved = rows.angularVelocity[row];
     integrate(*body, timeStep);
+    // A free body's angular velocity changes on the way, as its momentum does not.
+    rows.angularAcceleration[row] += (rows.angularVelocity[row] - solved) / timeStep;
   }
 }
 

@@ -171,10 +171,10 @@ Real Simulation::stepTo(Real time)
   const KeepAlive keep(*this);
   const FlagGuard steppingTo(m_steppingTo);
   // A clock that has added up its steps may miss the time by rounding. Far from 0 a step may not move it at
-  // all.
+  // all, and a disabled clock stands.
   const auto isDue = [&] {
     const Real now = getTimeStamp();
-    return now < time - 1e-6 * getTimeStep() && now + getTimeStep() > now;
+    return now < time - 1e-6 * getTimeStep() && now + getTimeStep() > now && m_clock->isEnabled();
   };
   while (m_steppingTo && !m_stepping && isDue()) stepForward();
   return getTimeStamp();

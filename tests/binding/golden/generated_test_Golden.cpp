@@ -95,7 +95,7 @@ int tolua_test_Golden_test_Vector_set01(lua_State* L)
   tolua_Error e;
   test::Vector* self{};
   double a2{};
-  if (!(wrap::isEnd(L, 4, &e) && wrap::isSelf(L, self, type_test__Vector, &e) && wrap::isNumber(L, 2, a2, &e) && wrap::optNumber(L, 3, &e)))
+  if (!(wrap::isEnd(L, 4, &e) && wrap::isNumber(L, 2, a2, &e) && wrap::optNumber(L, 3, &e) && wrap::isSelf(L, self, type_test__Vector, &e)))
     return tolua_test_Golden_test_Vector_set00(L);
   if (!self) wrap::badSelf(L, "set");
   tolua_test_Golden_test_Vector_set01_body(self, a2, wrap::number<unsigned int>(L, 3, static_cast<unsigned int>(0)));
@@ -106,7 +106,7 @@ int tolua_test_Golden_test_Vector_set(lua_State* L)
 {
   switch (lua_gettop(L)) {
   case 2:
-    return tolua_test_Golden_test_Vector_set01(L);
+    return lua_type(L, 2) == LUA_TUSERDATA ? tolua_test_Golden_test_Vector_set00(L) : tolua_test_Golden_test_Vector_set01(L);
   case 3:
     return tolua_test_Golden_test_Vector_set01(L);
   default:

@@ -41,29 +41,34 @@ function C.guard(t, n)
   return "wrap::"..form.."(L, "..n..fetched..(t.typeString and ", "..record(t.typeString) or "")..", &e)"
 end
 
--- The whole chain of a function; notes each argument's stack index in it. The entry function of several overloads looks
--- after the class table of static ones. The lowest overload tests from left to right,
--- as its failure is the one that is reported; the others begin with the number of arguments, the cheapest test.
+local CHEAP = {number = true, bool = true, string = true}
+
+-- The whole chain of a function; notes each argument's stack index in it. The lowest overload tests from left to right,
+-- as its failure is the one that is reported; the others begin with what costs least, the number of arguments and their
+-- plain types. The entry function of several overloads looks after the class table of static ones.
 function C.guards(f)
-  local list, last, n = {}, {}, 1
-  if f.self == "class" and #f.overloads == 1 then list[1] = "wrap::isClass(L, "..record(f.class.type)..")"
+  local objects, plain, arrays = {}, {}, {}
+  local isLowest = f.number == 0
+  if f.self == "class" and #f.overloads == 1 then objects[1] = "wrap::isClass(L, "..record(f.class.type)..")"
   elseif f.self == "plain" or f.self == "const" then
-    list[1] = "wrap::isSelf(L, self, "..record((f.self == "const" and "const " or "")..f.class.type)..", &e)"
+    objects[1] = "wrap::isSelf(L, self, "..record((f.self == "const" and "const " or "")..f.class.type)..", &e)"
   end
-  if f.self ~= "none" then n = 2 end
+  local n = f.self == "none" and 1 or 2
   for _, argument in ipairs(f.args) do
     argument.n = n
+    local list = not isLowest and CHEAP[argument.kind] and plain or objects
     if argument.kind == "array" then
       list[#list + 1] = "wrap::isTable(L, "..n..", &e)"
-      last[#last + 1] = "wrap::isNumberArray(L, "..n..", "..argument.dim..", &e)"
+      arrays[#arrays + 1] = "wrap::isNumberArray(L, "..n..", "..argument.dim..", &e)"
     else list[#list + 1] = C.guard(argument, n) end
     n = n + 1
   end
-  local isEnd = "wrap::isEnd(L, "..n..", &e)"
-  if f.number == 0 then list[#list + 1] = isEnd
-  else table.insert(list, 1, isEnd) end
-  for _, guard in ipairs(last) do list[#list + 1] = guard end
-  return table.concat(list, " && ")
+  local isEnd = {"wrap::isEnd(L, "..n..", &e)"}
+  local all = {}
+  for _, list in ipairs(isLowest and {objects, isEnd, arrays} or {isEnd, plain, objects, arrays}) do
+    for _, guard in ipairs(list) do all[#all + 1] = guard end
+  end
+  return table.concat(all, " && ")
 end
 
 function C.isNull(default) return default == "0" or default == "NULL" or default == "nullptr" end

@@ -1,5 +1,6 @@
 -- How a call finds its overload. The order of the overloads decides: the highest one that takes the arguments. An entry
--- function starts at the highest one that takes their number, and each hands over to the one below. Where three or more
+-- function starts at the highest one that takes their number and, where the first argument is an object, may take an
+-- object there; each hands over to the one below. Where three or more
 -- share a number of arguments, a dispatcher remembers which one won.
 local T, C = load "template", load "cpp_types"
 local O = {}
@@ -55,7 +56,7 @@ int ${all}(lua_State* L${parameter})
   switch (lua_gettop(L)) {
   ${cases}
   default:
-    return ${lowest}${any}(L${argument});
+    return ${lowest};
   }
 }]]
 
@@ -63,24 +64,43 @@ local CONSTRUCTORS = [[
 int ${all}(lua_State* L) { return ${any}(L, false); }
 int ${all}_local(lua_State* L) { return ${any}(L, true); }]]
 
-local function entry(f)
-  local highest, cases, largest = {}, {}, 0
+local PLAIN = {number = true, bool = true, string = true, array = true}
+
+-- the highest overload for each number of values; only those that may take an object as their first argument if asked
+local function highestByCount(f, onlyObjects)
+  local highest, largest = {}, 0
   for i = 1, #f.overloads do
-    local least, most = counts(f.overloads[i])
-    for n = least, most do highest[n] = f.overloads[i] end
+    local overload = f.overloads[i]
+    local least, most = counts(overload)
+    local first = overload.args[1]
+    if not (onlyObjects and first and PLAIN[first.kind]) then
+      for n = least, most do highest[n] = overload end
+    end
     largest = math.max(largest, most)
   end
+  return highest, largest
+end
+
+local function entry(f)
   local any, argument = f.constructor and "_any" or "", f.constructor and ", local" or ""
+  local function call(overload) return O.wrapperName(overload or f, overload and overload.number or 0)..any.."(L"..argument..")" end
+  local highest, largest = highestByCount(f)
+  local forObjects = highestByCount(f, true)
+  local first = f.self == "none" and 1 or 2
+  local cases = {}
   for n = 0, largest do
-    local taker = highest[n]
-    if taker and taker.number > 0 then
-      cases[#cases + 1] = "case "..n..":\n  return "..O.wrapperName(taker)..any.."(L"..argument..");"
+    local taker, objectTaker = highest[n], forObjects[n]
+    if taker and n >= first and objectTaker and objectTaker ~= taker then
+      cases[#cases + 1] = "case "..n..":\n  return lua_type(L, "..first..") == LUA_TUSERDATA ? "..call(objectTaker).." : "..
+        call(taker)..";"
+    elseif taker and taker.number > 0 then
+      cases[#cases + 1] = "case "..n..":\n  return "..call(taker)..";"
     end
   end
   return T.fill(ENTRY, {
-    all = f.cname..any, any = any, argument = argument, parameter = f.constructor and ", bool local" or "",
+    all = f.cname..any, parameter = f.constructor and ", bool local" or "",
     class = f.self == "class" and "wrap::isClass(L, "..C.record(f.class.type)..");" or "",
-    cases = table.concat(cases, "\n"), lowest = O.wrapperName(f, 0),
+    cases = table.concat(cases, "\n"), lowest = call(f.overloads[1]),
   })
 end
 

@@ -28,7 +28,9 @@ class CallSite
 {
 public:
   /// `signature` is the method's full signature. It reaches the log as it stands and must be a literal.
-  explicit CallSite(const char* signature) : m_signature(signature), m_method(signature) {}
+  explicit CallSite(const char* signature)
+      : m_signature(signature), m_method(kelStream::ClassInformation(signature).getMethodName())
+  {}
 
   /// Calls the script's function with arguments in the order of the method's parameters: numbers, enums,
   /// bools, strings, and objects as `ObjectArgument`.
@@ -86,7 +88,7 @@ private:
   static void reportFailure(const std::string& text);
 
   const char* m_signature;
-  kelStream::ClassInformation m_method;
+  Text m_method;
 };
 
 } // namespace kelLua
