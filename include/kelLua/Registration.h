@@ -1,4 +1,5 @@
 #pragma once
+#include "kelLua/exceptions.h"
 #include <cstddef>
 #include <lua.hpp>
 
@@ -45,17 +46,21 @@ constexpr Entry klass(const char* name, const char* type, const char* base, lua_
   return {.kind = Entry::Kind::Class, .name = name, .type = type, .base = base, .function = collector};
 }
 constexpr Entry end() { return {.kind = Entry::Kind::End}; }
-constexpr Entry function(const char* name, lua_CFunction f)
+template <lua_CFunction f> constexpr Entry function(const char* name)
 {
-  return {.kind = Entry::Kind::Function, .name = name, .function = f};
+  return {.kind = Entry::Kind::Function, .name = name, .function = entered<f>};
 }
 constexpr Entry constant(const char* name, double value)
 {
   return {.kind = Entry::Kind::Constant, .name = name, .value = value};
 }
-constexpr Entry variable(const char* name, lua_CFunction get, lua_CFunction set)
+template <lua_CFunction get> constexpr Entry variable(const char* name)
 {
-  return {.kind = Entry::Kind::Variable, .name = name, .function = get, .setter = set};
+  return {.kind = Entry::Kind::Variable, .name = name, .function = entered<get>};
+}
+template <lua_CFunction get, lua_CFunction set> constexpr Entry variable(const char* name)
+{
+  return {.kind = Entry::Kind::Variable, .name = name, .function = entered<get>, .setter = entered<set>};
 }
 template <std::size_t N> constexpr Entry chunk(const char* name, const char (&text)[N])
 {
