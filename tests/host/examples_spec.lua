@@ -12,7 +12,7 @@ describe("the example", function()
   it("list is complete here", function()
     local listed = shell.run("ls examples/*.lua").out
     assert.equal("examples/01_falling_box.lua\nexamples/02_step_listener.lua\nexamples/03_vectors.lua\n"
-                   .. "examples/04_many_boxes.lua\n", listed)
+                   .. "examples/04_many_boxes.lua\nexamples/05_rotations.lua\n", listed)
   end)
 
   it("01: a box falls, bounces and rests", function()
@@ -52,5 +52,14 @@ describe("the example", function()
     local out = example("04_many_boxes.lua 200 200")
     assert.truthy(out:match("200 bodies, 200 steps: [%d.]+ ms a step"), out)
     assert.is_true(tonumber(out:match("highest ([%d.]+) m")) < 1.5)
+  end)
+
+  it("05: rotations and frames follow each other", function()
+    local out = example("05_rotations.lua")
+    local both, inTurn = out:match("turned and tilted *\t([^\n]*)\nin two steps *\t([^\n]*)")
+    assert.equal("-1.33225 -0.0645492 3.49585", both)
+    assert.equal(both, inTurn)
+    assert.truthy(out:find("and back *\tVec3%(1, 2, 3%)"), out)
+    assert.truthy(out:find("the arm turned *\tVec3%(1, 0, 5%)"), out)
   end)
 end)
