@@ -46,12 +46,12 @@ public:
     return added;
   }
   /// Where the element is, `end()` if it is not here.
-  const_iterator find(const T& element) const
+  template <class U> const_iterator find(const U& element) const
   {
     const UInt64* index = m_indices.find(element);
     return index ? begin() + *index : end();
   }
-  bool contains(const T& element) const { return m_indices.find(element) != nullptr; }
+  template <class U> bool contains(const U& element) const { return m_indices.find(element) != nullptr; }
   /// Drops all elements; the array keeps its buffer, unless that has been far too large for some time, and
   /// the table its slots.
   void clear()
