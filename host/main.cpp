@@ -4,6 +4,7 @@
 #include "Terminal.h"
 #include "kel/Logger.h"
 #include "kelLua/ScriptManager.h"
+#include "kelLua/exceptions.h"
 #include <cstdio>
 
 namespace {
@@ -25,6 +26,7 @@ int main(int argc, char** argv)
   if (!options) return status;
 
   kel::Logger::instance().setLevel(options->logLevel);
+  kelLua::setExceptionsAsErrors(true);
   kelLua::ScriptManager* manager = kelLua::ScriptManager::instance(true);
   manager->setTracebacks(options->tracebacks);
   lua_State* L = manager->openState();

@@ -1,10 +1,27 @@
 #pragma once
+#include <cstdint>
 #include <lua.hpp>
+#include <memory>
 #include <mutex>
 #include <thread>
 #include <vector>
 
 namespace kelLua::handles {
+
+/// The userdata of a handle that was made here. Handles that another tolua++ made have no marks, and values
+/// that lie in their handle need none.
+struct Handle
+{
+  void* object;
+  std::uintptr_t marks;
+};
+inline constexpr std::uintptr_t isWatched = 1; ///< Is cleared when the counted object at its address dies.
+inline constexpr std::uintptr_t isMember = 2;  ///< Holds the handle of the object that its object lies in.
+
+/// Null for a handle without marks.
+Handle* marked(lua_State* L, int index);
+/// Whether the handle at an index holds its value itself.
+bool isInOwnBlock(lua_State* L, int index);
 
 /// What the handles of one Lua state need: references to its tables in the registry, and the deaths that
 /// other threads have reported.
@@ -30,8 +47,14 @@ struct State
   std::vector<const void*> deaths;
 };
 
+/// All living states.
+std::vector<std::unique_ptr<State>>& states();
+
 /// The state that a Lua thread belongs to, null for one that was never opened or is closed.
 State* find(lua_State* L);
+
+/// The same; raises for one that was never opened.
+State& get(lua_State* L);
 
 /// Pushes the table of a handle's own fields; false, and nothing, if it has none, which the runtime marks by
 /// the registry.

@@ -311,8 +311,12 @@ Chain pushTables(lua_State* L, int classTable, const char* accessors, bool withC
       ++chain.size;
     }
     if (chain.size < maxChain && rawField(L, accessors)) {
-      lua_insert(L, -2);
-      chain.accessors |= std::uintptr_t{1} << chain.size++;
+      if (lua_istable(L, -1)) {
+        lua_insert(L, -2);
+        chain.accessors |= std::uintptr_t{1} << chain.size++;
+      } else {
+        lua_pop(L, 1); // a script's
+      }
     }
   } while (toMetatable(L));
   return chain;

@@ -1,4 +1,4 @@
-#include "Overloads.h"
+#include "forgetWinners.h"
 #include "kelLua/Wrap.h"
 #include <algorithm>
 #include <iterator>

@@ -1,5 +1,5 @@
 #include "kelLua/Type.h"
-#include "Overloads.h"
+#include "forgetWinners.h"
 #include "registryKeys.h"
 #include <algorithm>
 #include <deque>

@@ -1,5 +1,6 @@
 // `require "kel"` in a stock interpreter.
 #include "kelLua/ScriptManager.h"
+#include "kelLua/exceptions.h"
 #include <lua.hpp>
 
 namespace {
@@ -21,6 +22,7 @@ void adopt(kelLua::ScriptManager& manager, lua_State* L)
 /// Lua's entry: fills the interpreter's state and gives the module table `kel`.
 extern "C" int luaopen_kel(lua_State* L)
 {
+  kelLua::setExceptionsAsErrors(true);
   kelLua::ScriptManager* manager = kelLua::ScriptManager::instance(true);
   lua_State* current = manager->getState();
   if (current && !haveOneRegistry(L, current))

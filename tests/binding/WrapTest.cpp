@@ -169,6 +169,13 @@ TEST_F(Wrap, DeadHandlesNeverReachTheEngine)
 TEST_F(Wrap, EngineExceptionsPassThroughAndLeaveTheStateUsable)
 {
   run("local b = B('x') for _ = 1, 300 do assert(not pcall(b.fail, b)) end assert(b:getName() == 'x')");
+  run("body = B('x') fail = body.fail");
+  lua_getglobal(L, "fail");
+  const lua_CFunction fail = lua_tocfunction(L, -1);
+  lua_settop(L, 0);
+  lua_getglobal(L, "body");
+  EXPECT_THROW(fail(L), std::runtime_error);
+  lua_settop(L, 0);
 }
 
 TEST_F(Wrap, BodiesFamiliesModulesAndChunks)

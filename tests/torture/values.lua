@@ -13,7 +13,7 @@ local NUMBERS = {
 }
 local STRINGS = {
   "", "x", "body", "1", "0x10", "-1e300", "nan", "a\0b", "\0", ("long "):rep(4000), "\255\254\128", "\195\40", "%s%n%d",
-  "kel::Vec3", "const kel::RigidBody", "no such type",
+  "kel::Vec3", "const kel::RigidBody", "no such type", ".get", ".set",
 }
 
 --- `callback(kind)` gives functions for scripts' sides of adapters.

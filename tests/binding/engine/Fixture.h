@@ -239,6 +239,24 @@ struct Reach
   static double need(const Vector& to, const std::string&) { return to.length(); }
 };
 
+inline void giveUp(const std::string& how)
+{
+  const Opaque witness(1); // has to go
+  if (how == "memory") throw std::bad_alloc();
+  if (how == "number") throw 5;
+  if (how == "twice") try {
+      giveUp("plainly");
+    } catch (const std::exception&) {
+      std::throw_with_nested(std::logic_error("gave up twice"));
+    }
+  throw std::runtime_error("gave up " + how);
+}
+
+struct Brittle
+{
+  Vector operator+(double) const { throw std::logic_error("broke when added to"); }
+};
+
 inline int counter = 1;
 inline const std::string VERSION = "one";
 inline Vector origin;

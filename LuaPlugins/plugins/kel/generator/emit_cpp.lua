@@ -272,7 +272,7 @@ local function completenessChecks(package)
 end
 
 local function printer(class)
-  return class.printed and 'wrap::function(".tostring", '..printedName(class).."),"  or ""
+  return class.printed and "wrap::function<"..printedName(class)..'>(".tostring"),' or ""
 end
 
 local members
@@ -288,10 +288,11 @@ local function member(item)
     if not O.isLast(item) then return nil end
     local suffixes = item.constructor and {new = "", new_local = "_local", [".call"] = "_local"} or {[item.name] = ""}
     return T.each(item.constructor and {"new", "new_local", ".call"} or {item.name}, "\n", function(name)
-      return "wrap::function("..T.quote(name)..", "..O.entryName(item)..suffixes[name].."),"
+      return "wrap::function<"..O.entryName(item)..suffixes[name]..">("..T.quote(name).."),"
     end)
   elseif item.tag == "variable" then
-    return "wrap::variable("..T.quote(item.name)..", "..item.get..", "..(item.readonly and "nullptr" or item.set).."),"
+    local accessors = item.get..(item.readonly and "" or ", "..item.set)
+    return "wrap::variable<"..accessors..">("..T.quote(item.name).."),"
   elseif item.tag == "enum" then
     return T.each(item.items, "\n", function(e) return "wrap::constant("..T.quote(e.name)..", "..e.value.."),"  end)
   elseif item.tag == "chunk" then
