@@ -14,8 +14,6 @@ avoid.owning = { ["kel::Clock"] = true, ["kel::Frame"] = true, ["kel::ObserverFr
 -- Keys of class tables that are the runtime's own, and not overwritten.
 avoid.own = {
   ["tolua_ubox"] = "the cache of handles",
-  [".get"] = "the variables' accessors",
-  [".set"] = "the variables' accessors",
   [".collector"] = "frees objects",
 }
 
