@@ -8,11 +8,12 @@ avoid.never = {
   ["unreference"] = "gives back a reference, which may be the engine's; called in pairs with `reference`",
 }
 
+-- Types that are counted, but whose objects have no `reference`: who takes one over takes a reference that is not his.
+avoid.owning = { ["kel::Clock"] = true, ["kel::Frame"] = true, ["kel::ObserverFrame"] = true }
+
 -- Keys of class tables that are the runtime's own, and not overwritten.
 avoid.own = {
   ["tolua_ubox"] = "the cache of handles",
-  [".get"] = "the variables' accessors",
-  [".set"] = "the variables' accessors",
   [".collector"] = "frees objects",
 }
 
