@@ -114,6 +114,13 @@ describe("The vectors of values", function()
     assert.equal(1, results(kel.RealVector:new(2)).n)
   end)
 
+  it("drive the collector by what they hold", function()
+    local function residentPages() return tonumber(io.open("/proc/self/statm"):read("*a"):match("%d+ (%d+)")) end
+    local before = residentPages()
+    for _ = 1, 100 do kel.RealVector(1e6) end
+    assert.is_true((residentPages() - before) * 4096 < 40 * 8e6)
+  end)
+
   it("end the program for a bad index, with its place", function()
     for chunk, message in pairs {
       ["kel.RealVector(3):at(3)"] =
