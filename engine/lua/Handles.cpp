@@ -146,8 +146,8 @@ void pushCounted(lua_State* L, const kel::Referenced* counted, const void* objec
     if (!lua_isnil(L, -1)) return;
     lua_pop(L, 1);
   }
-  pushOne(L, object, type);
   counted->markShown();
+  pushOne(L, object, type);
   watchTop(L, state, counted);
   if (adapter) adapterTop(L, object, false);
 }
