@@ -257,7 +257,7 @@ void collectTop(lua_State* L, std::size_t size)
   State& state = get(L);
   state.debt += size + handleCost;
   if (state.debt < step) return;
-  constexpr std::size_t most = std::size_t(1) << 30; // one step ends with the cycle in any case
+  constexpr std::size_t most = 64 * step; // what is more waits for no collection
   const std::size_t debt = std::min(std::exchange(state.debt, 0), most);
   lua_gc(L, LUA_GCSTEP, static_cast<int>(debt / 1024));
 }
