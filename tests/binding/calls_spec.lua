@@ -71,8 +71,9 @@ describe("every function", function()
       new = "makes objects that nobody owns; new_local takes the same arguments",
       reference = "takes references that nobody gives back",
     }
+    local function takesMemory(f) return f.name == "new_local" and f.path:find("Vector$") end -- as much as it is told
     for _, f in ipairs(functions) do
-      if not avoided[f.name] then
+      if not avoided[f.name] and not takesMemory(f) then
         for _ = 1, 40 do
           local arguments, n = {}, math.random(0, 5)
           for i = 1, n do arguments[i] = values[math.random(count)] end
