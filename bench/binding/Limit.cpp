@@ -1,7 +1,9 @@
 // The binding written by hand: one function for each member that the rows use, with all of its overloads.
 #include "Bindings.h"
 #include "LimitTypes.h"
-#include "kel/Quat.h"
+#include "kel/Bound.h"
+#include "kel/EulerAngles.h"
+#include "kel/Random.h"
 #include "kelCollide/Box.h"
 #include "kelSDK/Simulation.h"
 #include "kelSDK/StepEventListener.h"
@@ -11,9 +13,14 @@ namespace bench {
 namespace {
 
 using namespace limit;
+using kel::AffineMatrix4x4;
+using kel::Bound3;
+using kel::EulerAngles;
 using kel::Quat;
 using kel::RigidBody;
+using kel::UniformRealGenerator;
 using kel::Vec3;
+using kel::Vec4;
 using kelCollide::Box;
 using kelCollide::Shape;
 using kelSDK::EventListener;
@@ -82,6 +89,15 @@ int times(lua_State* L)
   return 1;
 }
 
+/// A vector inside a bound, which scripts can only read.
+int timesView(lua_State* L)
+{
+  const Vec3& v = *object<const Vec3>(L, 1);
+  if (lua_type(L, 2) == LUA_TNUMBER) return pushValue<Vec3>(L, v * lua_tonumber(L, 2));
+  lua_pushnumber(L, v * value<Vec3>(L, 2));
+  return 1;
+}
+
 int random(lua_State* L)
 {
   expectArguments(L, 3);
@@ -104,6 +120,80 @@ int turn(lua_State* L)
   if (lua_type(L, 2) == LUA_TNUMBER) return pushValue<Quat>(L, q * lua_tonumber(L, 2));
   if (isValue<Quat>(L, 2)) return pushValue<Quat>(L, q * value<Quat>(L, 2));
   return pushValue<Vec3>(L, q * value<Vec3>(L, 2));
+}
+
+int newMatrix(lua_State* L)
+{
+  if (lua_gettop(L) == 1) return pushValue(L, AffineMatrix4x4());
+  if (lua_gettop(L) == 2) return pushValue(L, AffineMatrix4x4(value<Quat>(L, 2)));
+  expectArguments(L, 3);
+  return pushValue(L, AffineMatrix4x4(value<Quat>(L, 2), value<Vec3>(L, 3)));
+}
+
+int transform(lua_State* L)
+{
+  const AffineMatrix4x4& m = value<AffineMatrix4x4>(L, 1);
+  if (isValue<Vec3>(L, 2)) return pushValue<Vec3>(L, m * value<Vec3>(L, 2));
+  if (isValue<Vec4>(L, 2)) return pushValue<Vec4>(L, m * value<Vec4>(L, 2));
+  return pushValue<AffineMatrix4x4>(L, m * value<AffineMatrix4x4>(L, 2));
+}
+
+int transformPoint(lua_State* L)
+{
+  expectArguments(L, 2);
+  return pushValue<Vec3>(L, value<AffineMatrix4x4>(L, 1).transformPoint(value<Vec3>(L, 2)));
+}
+
+int getTranslate(lua_State* L)
+{
+  expectArguments(L, 1);
+  return pushValue<Vec3>(L, value<AffineMatrix4x4>(L, 1).getTranslate());
+}
+
+int newEulerAngles(lua_State* L)
+{
+  const int convention = static_cast<int>(luaL_optinteger(L, 5, 0));
+  return pushValue(
+      L, EulerAngles(luaL_checknumber(L, 2), luaL_checknumber(L, 3), luaL_checknumber(L, 4), convention));
+}
+
+int getAngle(lua_State* L)
+{
+  const EulerAngles& angles = value<EulerAngles>(L, 1);
+  const lua_Number index = luaL_checknumber(L, 2);
+  luaL_argcheck(L, index >= 0 && index < 3, 2, "index out of range");
+  lua_pushnumber(L, angles[static_cast<std::size_t>(index)]);
+  return 1;
+}
+
+int newBound3(lua_State* L)
+{
+  if (lua_gettop(L) == 1) return pushValue(L, Bound3());
+  expectArguments(L, 3);
+  return pushValue(L, Bound3(value<Vec3>(L, 2), value<Vec3>(L, 3)));
+}
+
+int min(lua_State* L)
+{
+  expectArguments(L, 1);
+  return pushMember<const Vec3>(L, &value<Bound3>(L, 1).min());
+}
+
+int newGenerator(lua_State* L)
+{
+  if (lua_gettop(L) == 1) return pushValue(L, UniformRealGenerator());
+  if (lua_gettop(L) == 3)
+    return pushValue(L, UniformRealGenerator(luaL_checknumber(L, 2), luaL_checknumber(L, 3)));
+  expectArguments(L, 4);
+  const auto seed = static_cast<kel::UInt32>(luaL_checkinteger(L, 2));
+  return pushValue(L, UniformRealGenerator(seed, luaL_checknumber(L, 3), luaL_checknumber(L, 4)));
+}
+
+int rand(lua_State* L)
+{
+  expectArguments(L, 1);
+  lua_pushnumber(L, value<UniformRealGenerator>(L, 1).rand());
+  return 1;
 }
 
 int newRigidBody(lua_State* L)
@@ -141,6 +231,12 @@ int getFrame(lua_State* L)
 {
   expectArguments(L, 1);
   return pushObject<kel::Frame>(L, object<RigidBody>(L, 1)->getFrame());
+}
+
+int getLocalTranslate(lua_State* L)
+{
+  expectArguments(L, 1);
+  return pushValue<Vec3>(L, object<kel::Frame>(L, 1)->getLocalTranslate());
 }
 
 int getMassProperties(lua_State* L)
@@ -269,6 +365,13 @@ constexpr luaL_Reg VEC3_EVENTS[] = {{"__add", plus}, {"__mul", times}, {nullptr,
 constexpr luaL_Reg VEC3[] = {{"length", length}, {"x", x}, {"set", set}, {nullptr, nullptr}};
 constexpr luaL_Reg VEC3_STATIC[] = {{"random", random}, {nullptr, nullptr}};
 constexpr luaL_Reg QUAT_EVENTS[] = {{"__mul", turn}, {nullptr, nullptr}};
+constexpr luaL_Reg VIEW_EVENTS[] = {{"__mul", timesView}, {nullptr, nullptr}};
+constexpr luaL_Reg MATRIX_EVENTS[] = {{"__mul", transform}, {nullptr, nullptr}};
+constexpr luaL_Reg MATRIX[] = {
+    {"transformPoint", transformPoint}, {"getTranslate", getTranslate}, {nullptr, nullptr}};
+constexpr luaL_Reg ANGLES_EVENTS[] = {{"__index", getAngle}, {nullptr, nullptr}};
+constexpr luaL_Reg BOUND[] = {{"min", min}, {nullptr, nullptr}};
+constexpr luaL_Reg GENERATOR[] = {{"rand", rand}, {nullptr, nullptr}};
 constexpr luaL_Reg BODY_EVENTS[] = {{"__gc", release<RigidBody>}, {nullptr, nullptr}};
 constexpr luaL_Reg BODY[] = {{"getPosition", getPosition},
                              {"setPosition", setPosition},
@@ -278,6 +381,7 @@ constexpr luaL_Reg BODY[] = {{"getPosition", getPosition},
                              {"getMassProperties", getMassProperties},
                              {nullptr, nullptr}};
 constexpr luaL_Reg FRAME_EVENTS[] = {{"__gc", release<kel::Frame>}, {nullptr, nullptr}};
+constexpr luaL_Reg FRAME[] = {{"getLocalTranslate", getLocalTranslate}, {nullptr, nullptr}};
 constexpr luaL_Reg SHAPE_EVENTS[] = {{"__gc", release<Shape>}, {nullptr, nullptr}};
 constexpr luaL_Reg SHAPE[] = {{"getType", getType}, {nullptr, nullptr}};
 constexpr luaL_Reg LISTENER_EVENTS[] = {
@@ -301,8 +405,14 @@ void addClasses(lua_State* L)
 {
   addClass<Vec3>(L, "kel.Vec3", VEC3_EVENTS, {VEC3});
   addClass<Quat>(L, "kel.Quat", QUAT_EVENTS, {});
+  addClass<const Vec3>(L, "const kel.Vec3", VIEW_EVENTS, {});
+  addClass<Vec4>(L, "kel.Vec4", NONE, {});
+  addClass<AffineMatrix4x4>(L, "kel.AffineMatrix4x4", MATRIX_EVENTS, {MATRIX});
+  addClass<EulerAngles>(L, "kel.EulerAngles", ANGLES_EVENTS, {});
+  addClass<Bound3>(L, "kel.Bound3", NONE, {BOUND});
+  addClass<UniformRealGenerator>(L, "kel.UniformRealGenerator", NONE, {GENERATOR});
   addClass<RigidBody>(L, "kel.RigidBody", BODY_EVENTS, {BODY});
-  addClass<kel::Frame>(L, "kel.Frame", FRAME_EVENTS, {});
+  addClass<kel::Frame>(L, "kel.Frame", FRAME_EVENTS, {FRAME});
   addClass<kel::MassProperties>(L, "kel.MassProperties", NONE, {});
   addClass<Box>(L, "kelCollide.Box", SHAPE_EVENTS, {SHAPE});
   addClass<Simulation>(L, "kelSDK.Simulation", SIMULATION_EVENTS, {SIMULATION});
@@ -327,9 +437,13 @@ lua_State* openLimit()
   addConstructor(L, "Vec3", newVec3);
   luaL_register(L, nullptr, VEC3_STATIC);
   lua_pop(L, 1);
-  addConstructor(L, "Quat", newQuat);
-  lua_pop(L, 1);
-  addConstructor(L, "RigidBody", newRigidBody);
+  constexpr luaL_Reg classes[] = {
+      {"Quat", newQuat},     {"AffineMatrix4x4", newMatrix},         {"EulerAngles", newEulerAngles},
+      {"Bound3", newBound3}, {"UniformRealGenerator", newGenerator}, {"RigidBody", newRigidBody}};
+  for (const luaL_Reg& c : classes) {
+    addConstructor(L, c.name, c.func);
+    lua_pop(L, 1);
+  }
   luaL_register(L, "kelCollide", NONE);
   addConstructor(L, "Box", newBox);
   lua_pop(L, 1);

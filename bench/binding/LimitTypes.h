@@ -69,8 +69,9 @@ template <class Root, class T = Root> Root* object(lua_State* L, int n)
 /// Pushes the handle that the object has, or a new one, and says whether it is new.
 template <class T, class Root> bool pushHandle(lua_State* L, Root* object)
 {
+  void* const address = const_cast<std::remove_const_t<Root>*>(object);
   lua_rawgeti(L, LUA_REGISTRYINDEX, s_handles);
-  lua_pushlightuserdata(L, object);
+  lua_pushlightuserdata(L, address);
   lua_rawget(L, -2);
   if (!lua_isnil(L, -1)) {
     lua_remove(L, -2);
@@ -80,7 +81,7 @@ template <class T, class Root> bool pushHandle(lua_State* L, Root* object)
   new (lua_newuserdata(L, sizeof(Handle<Root>))) Handle<Root>{object};
   lua_rawgeti(L, LUA_REGISTRYINDEX, Class<T>::reference);
   lua_setmetatable(L, -2);
-  lua_pushlightuserdata(L, object);
+  lua_pushlightuserdata(L, address);
   lua_pushvalue(L, -2);
   lua_rawset(L, -4);
   lua_remove(L, -2);

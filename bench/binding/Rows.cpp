@@ -12,7 +12,15 @@ constexpr Row ROWS[] = {
     {"v * 2", "v * 2"},
     {"v * w", "v * w"},
     {"quat * v", "quat * v"},
+    {"quat * quat", "quat * quat"},
+    {"m * m", "m * m"},
+    {"m:transformPoint(v)", "m:transformPoint(v)"},
+    {"m:getTranslate()", "m:getTranslate()"},
+    {"euler[1]", "euler[1]"},
+    {"bound:min(), a member", "bound:min()"},
+    {"random:rand()", "random:rand()"},
     {"kel.Vec3(1, 2, 3)", "kel.Vec3(1, 2, 3)"},
+    {"kel.Quat(1, 0, 0, 0)", "kel.Quat(1, 0, 0, 0)"},
     {"body:getPosition()", "body:getPosition()"},
     {"body:setPosition(v)", "body:setPosition(v)"},
     {"body:setVelocity(v)", "body:setVelocity(v)"},
@@ -21,6 +29,7 @@ constexpr Row ROWS[] = {
     {"listener:getMask(), of a base's base", "listener:getMask()"},
     {"sim:add(body), which is there", "sim:add(body)"},
     {"body:getFrame()", "body:getFrame()"},
+    {"frame:getLocalTranslate()", "frame:getLocalTranslate()"},
     {"body:getMassProperties(), a member", "body:getMassProperties()"},
     {"kel.Vec3:random(0, 1)", "kel.Vec3:random(0, 1)"},
     {"kel.lerp(0, 1, 0.5)", "kel.lerp(0, 1, 0.5)"},
@@ -42,6 +51,8 @@ std::span<const Row> rows() { return ROWS; }
 const char* const OBJECTS = R"lua(
 v, w = kel.Vec3(1, 2, 3), kel.Vec3(4, 5, 6)
 quat = kel.Quat(0.5, kel.Vec3(0, 0, 1))
+m, euler = kel.AffineMatrix4x4(quat, v), kel.EulerAngles(0.1, 0.2, 0.3)
+bound, random = kel.Bound3(v, w), kel.UniformRealGenerator(2, 3)
 body, sim, box = kel.RigidBody("box"), kelSDK.Simulation(), kelCollide.Box(1, 2, 3)
 assert(sim:add(body) and not sim:add(body))
 frame, massProperties = body:getFrame(), body:getMassProperties()
@@ -51,7 +62,7 @@ function listener:post(time) calls = calls + time end
 function listener:addNotification() calls = calls + 1 end
 )lua";
 
-const char* const LOCALS = "local v, w, quat, body, sim, box, listener = "
-                           "v, w, quat, body, sim, box, listener ";
+const char* const LOCALS = "local v, w, quat, m, euler, bound, random, body, frame, sim, box, listener = "
+                           "v, w, quat, m, euler, bound, random, body, frame, sim, box, listener ";
 
 } // namespace bench

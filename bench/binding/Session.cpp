@@ -46,11 +46,20 @@ std::string loop(const Row* row)
   return head + "for i = 1, n do " + (row->kind == Row::VALUE ? "local r = " : "") + code + " end";
 }
 
-/// What a value is to a script. Bindings name their userdata as they like.
+/// What a value is to a script: what it makes of the axes, if it multiplies vectors. Bindings name their
+/// userdata as they like.
 constexpr const char* DESCRIBE = R"lua(
+local axes = {kel.Vec3(1, 0, 0), kel.Vec3(0, 1, 0), kel.Vec3(0, 0, 1)}
+local function multiply(a, b) return a * b end
 function describe(r)
   if type(r) ~= "userdata" then return tostring(r) end
-  return r.length and "vector " .. r * kel.Vec3(1, 0, 0) .. " " .. r:length() or "object"
+  local text = "value"
+  for _, axis in ipairs(axes) do
+    local defined, product = pcall(multiply, r, axis)
+    if not defined then return "object" end
+    text = text .. " " .. describe(product)
+  end
+  return text
 end
 )lua";
 

@@ -58,12 +58,12 @@ Times measure(const Sessions& sessions, const Row* row, const Options& options)
 void compare(const Sessions& sessions, const Row& row)
 {
   const std::string expected = sessions[0]->result(row);
-  for (const auto& session : sessions) {
-    const std::string result = session->result(row);
+  for (std::size_t i = 1; i < COUNT; ++i) {
+    const std::string result = sessions[i]->result(row);
     if (result == expected) continue;
     std::string text = row.name;
     text.append(": ").append(expected).append(" in ").append(sessions[0]->name());
-    throw std::runtime_error(text.append(", ").append(result).append(" in ").append(session->name()));
+    throw std::runtime_error(text.append(", ").append(result).append(" in ").append(sessions[i]->name()));
   }
 }
 

@@ -1,4 +1,5 @@
 #include "kel/EulerAngles.h"
+#include "inRange.h"
 #include "kel/OrthoMatrix3x3.h"
 #include <utility>
 
@@ -49,7 +50,7 @@ bool EulerAngles::get(AffineMatrix4x4& matrix) const
 
 EulerAngles& EulerAngles::set(const Quat& rotation, Convention convention)
 {
-  Quat unit = rotation;
+  Quat unit(inRange(rotation.asVec4()));
   unit.normalize();
   return set(OrthoMatrix3x3(unit), convention);
 }

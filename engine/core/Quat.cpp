@@ -1,19 +1,8 @@
 #include "kel/Quat.h"
+#include "inRange.h"
 #include "kel/OrthoMatrix3x3.h"
 
 namespace kel {
-
-namespace {
-
-/// The vector, or where its square leaves the range of numbers, one in the same direction that does not.
-template <class T> Vec3T<T> inRange(const Vec3T<T>& v)
-{
-  if (std::isnormal(v.length2())) return v;
-  const T largest = static_cast<T>(absolute(v).maxComponent());
-  return largest > 0 ? v / largest : v;
-}
-
-} // namespace
 
 template <class T> QuatT<T>& QuatT<T>::set(const EulerAngles& angles)
 {

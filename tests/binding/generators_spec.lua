@@ -99,6 +99,11 @@ for _, name in ipairs {"Timer", "HighAccuracyTimer"} do
       assert.is_true(timer:getTime() >= time + 0.002)
     end)
 
+    it("names its defaults", function()
+      assert.error_matches(function() kel[name](1) end, "new%(bool=0%) %-> kel::"..name)
+      assert.error_matches(function() kel[name]():reset(1) end, "reset%(bool=0%)")
+    end)
+
     it("goes back to 0", function()
       local timer = kel[name](true)
       assert.is_true(timer:isRunning())

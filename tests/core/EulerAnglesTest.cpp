@@ -56,6 +56,16 @@ TEST(EulerAngles, TurnAsTheNamesOfTheirConventionsSay)
     }
 }
 
+TEST(EulerAngles, ComeFromQuaternionsOfAnyLength)
+{
+  const EulerAngles angles(0.1, 0.2, 0.3);
+  for (const double length : {1e-300, 1e-200, 1e200, 1e307}) {
+    const EulerAngles back(Quat(angles) * length);
+    for (std::size_t axis = 0; axis < 3; ++axis) EXPECT_NEAR(back[axis], angles[axis], 1e-15) << length;
+  }
+  EXPECT_EQ(EulerAngles(Quat(0, 0, 0, 0)).x(), 0);
+}
+
 TEST(EulerAngles, ComeBackAwayFromTheLock)
 {
   Seeded seeded;
