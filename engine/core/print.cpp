@@ -1,4 +1,5 @@
 #include "kel/print.h"
+#include "kel/HighAccuracyTimer.h"
 #include "kel/Interval.h"
 #include "kel/OrthoMatrix3x3.h"
 #include "kel/Plane.h"
@@ -48,6 +49,12 @@ template <class Matrix> std::string rows(const char* name, const Matrix& m, std:
     text += (i ? ", {" : "{") + list(row, size) + "}";
   }
   return std::string(name) + "(" + text + ")";
+}
+
+template <class Timer> std::string stopwatch(const char* name, const Timer& timer)
+{
+  const Real seconds = timer.getTime();
+  return std::string(name) + "(" + list(&seconds, 1) + (timer.isRunning() ? " s, running)" : " s)");
 }
 
 std::string conventionName(const EulerAngles::EulerOrder& order)
@@ -113,6 +120,9 @@ std::string toString(const RangeReal& range) { return pair("RangeReal", range.lo
 std::string toString(const Plane& plane) { return call("Plane", plane.asVec4().ptr(), 4); }
 
 std::string toString(const Uuid& id) { return "Uuid(" + id.str() + ")"; }
+
+std::string toString(const Timer& timer) { return stopwatch("Timer", timer); }
+std::string toString(const HighAccuracyTimer& timer) { return stopwatch("HighAccuracyTimer", timer); }
 
 std::string printVec3(const Vec3& v)
 {

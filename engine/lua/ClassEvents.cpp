@@ -1,12 +1,12 @@
 #include "ClassEvents.h"
 #include "Members.h"
+#include "kelLua/Handles.h"
+#include "ownFrame.h"
 #include "pushWrapper.h"
 #include "toluaFunctions.h"
-#include <array>
-#include <cstdint>
+#include <initializer_list>
 #include <lua.hpp>
 #include <tolua++.h>
-#include <unordered_set>
 
 namespace kelLua {
 
@@ -17,21 +17,6 @@ using members::rawField;
 
 /// registry[&s_events]: the functions that all metatables share, by the event's name.
 const char s_events = 0;
-
-// ---- Wrappers that events run in their own frame, which spares a Lua call.
-
-std::unordered_set<lua_CFunction> s_operators;
-
-/// Whether the function at the top is such a wrapper; any other function needs a call of its own.
-lua_CFunction operatorAt(lua_State* L)
-{
-  static std::array<lua_CFunction, 256> s_recent; // spares the search
-  const lua_CFunction function = lua_tocfunction(L, -1);
-  lua_CFunction& recent = s_recent[reinterpret_cast<std::uintptr_t>(function) * 0x9E3779B97F4A7C15u >> 56];
-  if (function == recent) return function;
-  if (!s_operators.contains(function)) return nullptr;
-  return recent = function;
-}
 
 /// An event has one result.
 int onlyFirst(lua_State* L, int numResults)
@@ -50,7 +35,7 @@ int operate(lua_State* L)
     do {
       lua_pushvalue(L, lua_upvalueindex(1));
       lua_rawget(L, -2);
-      if (const lua_CFunction wrapper = operatorAt(L)) {
+      if (const lua_CFunction wrapper = toOwnFrame(L)) {
         lua_settop(L, -3);
         return onlyFirst(L, wrapper(L));
       }
@@ -86,7 +71,7 @@ int call(lua_State* L)
   if (lua_istable(L, 1)) {
     lua_pushvalue(L, lua_upvalueindex(1));
     lua_rawget(L, 1);
-    if (const lua_CFunction wrapper = operatorAt(L)) {
+    if (const lua_CFunction wrapper = toOwnFrame(L)) {
       lua_settop(L, -2);
       return onlyFirst(L, wrapper(L));
     }
@@ -111,11 +96,11 @@ int unaryMinus(lua_State* L)
 
 int toText(lua_State* L)
 {
-  if (!lua_isuserdata(L, 1)) {
+  if (!handles::isHandle(L, 1)) {
     tolua_typename(L, 1);
     return 1;
   }
-  const void* object = tolua_tousertype(L, 1, nullptr);
+  const void* object = *static_cast<void**>(lua_touserdata(L, 1));
   if (!object || !findOperation(L, ".tostring")) {
     lua_pushfstring(L, "%s: %p", tolua_typename(L, 1), object);
     return 1;
@@ -312,7 +297,5 @@ void restoreFinaliser(lua_State* L, int handle)
   }
   lua_settop(L, top);
 }
-
-void addOperator(lua_CFunction wrapper) { s_operators.insert(wrapper); }
 
 } // namespace kelLua

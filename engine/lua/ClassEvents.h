@@ -18,7 +18,4 @@ void dropFinaliser(lua_State* L, const char* type);
 /// Undoes that for the class of the handle at a stack index.
 void restoreFinaliser(lua_State* L, int handle);
 
-/// Enters a wrapper that operators and calls of class tables may run in their own frame.
-void addOperator(int (*wrapper)(lua_State*));
-
 } // namespace kelLua

@@ -1,4 +1,5 @@
 #pragma once
+#include "kelLua/Type.h"
 #include <cstdint>
 #include <lua.hpp>
 #include <memory>
@@ -14,6 +15,7 @@ struct Handle
 {
   void* object;
   std::uintptr_t marks;
+  const wrap::Type* type; ///< As which it was pushed last: that or a base of its class.
 };
 inline constexpr std::uintptr_t isWatched = 1; ///< Is cleared when the counted object at its address dies.
 inline constexpr std::uintptr_t isMember = 2;  ///< Holds the handle of the object that its object lies in.

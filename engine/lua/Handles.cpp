@@ -33,18 +33,15 @@ void pushHandles(lua_State* L, const wrap::Type& type)
   lua_pop(L, 1);
 }
 
-/// Whether the handle on top of the stack is of the type and has all the marks.
+/// Whether the handle on top of the stack, or nil, is of the type and has all the marks.
 bool isFound(lua_State* L, const wrap::Type& type, std::uintptr_t marks)
 {
-  if (!wrap::knownHandle(L, -1, type)) {
-    void* object = nullptr;
-    tolua_Error failure;
-    if (!lua_touserdata(L, -1) || !wrap::slow::isPointer(L, lua_gettop(L), object, type, &failure))
-      return false;
-  }
-  if (marks == 0) return true;
   const Handle* handle = marked(L, -1);
-  return handle && (handle->marks & marks) == marks;
+  if (marks != 0 && (!handle || (handle->marks & marks) != marks)) return false;
+  if (handle && handle->type == &type) return true;
+  void* object = nullptr;
+  tolua_Error failure;
+  return lua_touserdata(L, -1) && wrap::slow::isPointer(L, lua_gettop(L), object, type, &failure);
 }
 
 /// Pushes the handle that an object has, if it is of the type and has all the marks.
@@ -71,7 +68,7 @@ void pushOne(lua_State* L, const void* object, const wrap::Type& type)
   lua_rawget(L, -2);
   if (lua_isnil(L, -1)) {
     lua_pop(L, 1);
-    *static_cast<Handle*>(lua_newuserdata(L, sizeof(Handle))) = {const_cast<void*>(object), 0};
+    *static_cast<Handle*>(lua_newuserdata(L, sizeof(Handle))) = {const_cast<void*>(object), 0, &type};
     wrap::pushMetatable(L, type);
     lua_setmetatable(L, -2);
     lua_pushvalue(L, TOLUA_NOPEER);
@@ -84,6 +81,8 @@ void pushOne(lua_State* L, const void* object, const wrap::Type& type)
     lua_settop(L, top);
     tolua_pushusertype(L, const_cast<void*>(object), type.name); // may leave a helper value below
     if (lua_gettop(L) > top + 1) lua_replace(L, top + 1);
+    lua_settop(L, top + 1);
+    if (Handle* handle = marked(L, -1)) handle->type = &type;
   }
   lua_settop(L, top + 1);
 }
@@ -147,8 +146,8 @@ void pushCounted(lua_State* L, const kel::Referenced* counted, const void* objec
     if (!lua_isnil(L, -1)) return;
     lua_pop(L, 1);
   }
-  pushOne(L, object, type);
   counted->markShown();
+  pushOne(L, object, type);
   watchTop(L, state, counted);
   if (adapter) adapterTop(L, object, false);
 }
@@ -214,6 +213,14 @@ bool moveOut(lua_State* L, int index)
   lua_rawset(L, -3);
   lua_pop(L, 3);
   return true;
+}
+
+void referenceFirst(lua_State* L, int index)
+{
+  lookUpValue(L, get(L).roots, index);
+  const auto* counted = static_cast<const kel::Referenced*>(lua_touserdata(L, -1));
+  if (counted && counted->getReferenceCount() == 0) counted->reference();
+  lua_pop(L, 1);
 }
 
 void setPeer(lua_State* L, int index)

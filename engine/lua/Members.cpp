@@ -1,5 +1,6 @@
 #include "Members.h"
 #include "HandleState.h"
+#include "ownFrame.h"
 #include "pushWrapper.h"
 #include <algorithm>
 #include <cctype>
@@ -118,6 +119,19 @@ Chain toChain(const void* word)
   return {bits & 0x7F, bits >> 8, (bits & 0x80) != 0};
 }
 
+/// Calls the getter on top of the stack, which a script may have put there, and leaves its result.
+int callGetter(lua_State* L)
+{
+  if (const lua_CFunction wrapper = toOwnFrame(L)) {
+    lua_settop(L, 2);
+    return wrapper(L);
+  }
+  lua_pushvalue(L, 1);
+  lua_pushvalue(L, 2);
+  lua_call(L, 2, 1);
+  return 1;
+}
+
 /// Pushes the first value of the key at index 2 in the tables of the chain, or calls the getter of that name.
 /// The look-ups that failed before it stay on the stack.
 int searchChain(lua_State* L, const Chain& chain)
@@ -127,10 +141,7 @@ int searchChain(lua_State* L, const Chain& chain)
     lua_rawget(L, lua_upvalueindex(3 + i));
     if (lua_isnil(L, -1)) continue;
     if ((chain.accessors >> i & 1) == 0) return 1;
-    if (const lua_CFunction getter = lua_tocfunction(L, -1)) {
-      lua_settop(L, 2);
-      return getter(L);
-    }
+    if (lua_iscfunction(L, -1)) return callGetter(L);
   }
   return 0;
 }
@@ -145,10 +156,7 @@ int baseIndex(lua_State* L)
     if (lua_istable(L, -1)) {
       lua_pushvalue(L, 2);
       lua_rawget(L, -2);
-      if (const lua_CFunction getter = lua_tocfunction(L, -1)) {
-        lua_settop(L, 2);
-        return getter(L);
-      }
+      if (lua_iscfunction(L, -1)) return callGetter(L);
     }
   }
   return isInherited(L) ? searchChain(L, chain) : 0;
@@ -231,11 +239,19 @@ int memberNewIndex(lua_State* L)
   for (int i = 0; i < static_cast<int>(chain.size); ++i) {
     lua_pushvalue(L, 2);
     lua_rawget(L, lua_upvalueindex(3 + i));
-    const lua_CFunction setter = lua_tocfunction(L, -1);
-    lua_settop(L, 3);
-    if (!setter) continue;
-    lua_remove(L, 2);
-    return setter(L);
+    if (!lua_iscfunction(L, -1)) {
+      lua_settop(L, 3);
+      continue;
+    }
+    if (const lua_CFunction wrapper = toOwnFrame(L)) {
+      lua_settop(L, 3);
+      lua_remove(L, 2);
+      return wrapper(L);
+    }
+    lua_pushvalue(L, 1);
+    lua_pushvalue(L, 3);
+    lua_call(L, 2, 0);
+    return 0;
   }
   return setField(L);
 }

@@ -2,6 +2,7 @@
 #include "ClassEvents.h"
 #include "Members.h"
 #include "Report.h"
+#include "ownFrame.h"
 #include "pushWrapper.h"
 #include <cstdio>
 
@@ -42,10 +43,17 @@ void leave(lua_State* L)
 
 void enterFunction(lua_State* L, const Entry& entry)
 {
-  if (entry.name[0] == '.') addOperator(entry.function);
+  if (entry.name[0] == '.') addToOwnFrame(entry.function);
   lua_pushstring(L, entry.name);
   pushWrapper(L, entry.function, 0);
   lua_rawset(L, -3);
+}
+
+void enterVariable(lua_State* L, const Entry& entry)
+{
+  addToOwnFrame(entry.function);
+  if (entry.setter) addToOwnFrame(entry.setter);
+  tolua_variable(L, entry.name, entry.function, entry.setter);
 }
 
 void runChunk(lua_State* L, const Entry& entry)
@@ -136,7 +144,7 @@ int openPackage(lua_State* L, const TypeEntry* types, const Entry* entries)
       tolua_constant(L, entry->name, entry->value);
       break;
     case Entry::Kind::Variable:
-      tolua_variable(L, entry->name, entry->function, entry->setter);
+      enterVariable(L, *entry);
       break;
     case Entry::Kind::Chunk:
       runChunk(L, *entry);

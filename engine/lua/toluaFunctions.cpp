@@ -51,13 +51,19 @@ int setPeer(lua_State* L)
 }
 
 /// tolua.takeownership(object): Lua frees the object from now on; whether that is new. A value that lies in
-/// its handle is Lua's already.
+/// its handle is Lua's already. The script gets a reference of its own on a counted object, as giving back
+/// one of the engine's would leave the engine with a dead object.
 int takeOwnership(lua_State* L)
 {
-  const bool canTake = handles::isHandle(L, 1) && !handles::isInside(L, 1);
-  if (canTake) restoreFinaliser(L, 1);
-  lua_gc(L, LUA_GCCOLLECT, 0); // what is to be collected must not be registered
-  lua_pushboolean(L, canTake && *static_cast<void**>(lua_touserdata(L, 1)) && tolua_register_gc(L, 1));
+  bool isNew = false;
+  if (handles::isHandle(L, 1) && !handles::isInside(L, 1) && *static_cast<void**>(lua_touserdata(L, 1))) {
+    lua_settop(L, 1);
+    restoreFinaliser(L, 1);
+    lua_gc(L, LUA_GCCOLLECT, 0); // what is to be collected must not be registered
+    isNew = tolua_register_gc(L, 1) != 0;
+    if (isNew) handles::referenceFirst(L, 1);
+  }
+  lua_pushboolean(L, isNew);
   return 1;
 }
 

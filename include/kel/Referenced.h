@@ -47,15 +47,22 @@ public:
   using ShownHook = void (*)(const void* object);
   static void setShownHook(ShownHook hook) noexcept;
   /// Notes that a script holds a handle on this object, so that its death must clear the handle.
-  void markShown() const noexcept { m_shown = true; }
+  void markShown() const
+  {
+    if (!m_shown) enterShown();
+  }
   /// Whether a script has ever held a handle on this object.
   bool isShown() const noexcept { return m_shown; }
+  /// The living object at that address which a script has held, null if there is none. `object` is not read,
+  /// so it may be long gone; another one may have taken its place.
+  static const Referenced* findShown(const Referenced* object);
 
 protected:
   virtual ~Referenced();
 
 private:
   void deleteUsingDeleteHandler() const;
+  void enterShown() const;
 
   mutable volatile std::uint32_t m_count = 0;
   mutable bool m_shown = false;

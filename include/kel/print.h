@@ -16,6 +16,8 @@ class Interval;
 class RangeReal;
 class Plane;
 class Uuid;
+class Timer;
+class HighAccuracyTimer;
 
 /// Readable forms such as "Vec3(1, 2, 3)", with as many digits as the element type holds safely.
 template <class T> std::string toString(const Vec2T<T>& v);
@@ -42,6 +44,10 @@ std::string toString(const Plane& plane);
 
 /// The usual text form.
 std::string toString(const Uuid& id);
+
+/// The time in seconds, and whether the timer runs.
+std::string toString(const Timer& timer);
+std::string toString(const HighAccuracyTimer& timer);
 
 /// x, y and z with blanks between, in six significant digits.
 std::string printVec3(const Vec3T<double>& v);

@@ -41,7 +41,7 @@ void pushValue(lua_State* L, const wrap::Type& type, Arguments&&... arguments)
 {
   static_assert(std::is_trivially_destructible_v<T>);
   constexpr std::size_t slack = alignof(T) > alignof(void*) ? alignof(T) : 0;
-  constexpr std::size_t room = std::max(sizeof(T), 2 * sizeof(void*)); // tells it from the other handles
+  constexpr std::size_t room = std::max(sizeof(T), 3 * sizeof(void*)); // tells it from the other handles
   auto** handle = static_cast<void**>(lua_newuserdata(L, sizeof(void*) + room + slack));
   void* place = handle + 1;
   if constexpr (slack != 0)
@@ -70,6 +70,9 @@ void setPeer(lua_State* L, int index);
 /// `size` is what the object costs outside of Lua, in bytes: the collector of Lua is driven on by that much,
 /// as it would let the process grow without bounds for objects that look small to it.
 void collectTop(lua_State* L, std::size_t size);
+
+/// Takes the first reference on the object of the handle at a stack index, if it is counted and has none.
+void referenceFirst(lua_State* L, int index);
 
 /// Notes that the engine object at `object` is a script adapter whose functions live in the handle on top of
 /// the stack; `owned` says that the handle holds a reference. One that holds none is kept until the adapter

@@ -149,6 +149,8 @@ template <class T> void release(lua_State* L, T* object)
     if constexpr (isAdapter<T>)
       if (count > 1) handles::keepAdapter(L, object->object());
     object->unreference();
+  } else if constexpr (std::is_trivially_destructible_v<T>) {
+    ::operator delete(object); // without a size: a value that has left its handle has some room behind it
   } else {
     delete object;
   }

@@ -4,7 +4,7 @@ local function results(...) return {n = select("#", ...), ...} end
 
 describe("kel.Bound1", function()
   it("gives numbers by reference again", function()
-    assert.equal(3, results(kel.Bound1:new(1, 2)).n)
+    assert.equal(3, results(kel.Bound1:new_local(1, 2)).n)
     assert.equal("Bound1(1, 2)", tostring(kel.Bound1(1, 2)))
     local bound = kel.Bound1(1, 3)
     assert.same({n = 2, true, 2.5}, results(bound:contains(2.5)))
@@ -105,12 +105,12 @@ end)
 
 describe("kel.RangeReal", function()
   it("is always in order, and gives the ends as they came", function()
-    local range, a, b = kel.RangeReal:new(2, 1)
+    local range, a, b = kel.RangeReal:new_local(2, 1)
     assert.same({1, 2, 2, 1}, {range:lower(), range:upper(), a, b})
     assert.equal(1, range:span())
     assert.equal(-5, kel.RangeReal(5):lower())
     assert.equal("RangeReal(-5, 5)", tostring(kel.RangeReal(-5)))
-    assert.equal(1, results(kel.RangeReal:new(5)).n)
+    assert.equal(1, results(kel.RangeReal:new_local(5)).n)
   end)
 
   it("is infinite only at both ends", function()

@@ -72,7 +72,8 @@ describe("every function", function()
       reference = "takes references that nobody gives back",
     }
     for _, f in ipairs(functions) do
-      if not avoided[f.name] then
+      -- a new container takes as much memory as it is asked for
+      if not avoided[f.name] and not (f.name == "new_local" and f.path:find("Vector$")) then
         for _ = 1, 40 do
           local arguments, n = {}, math.random(0, 5)
           for i = 1, n do arguments[i] = values[math.random(count)] end

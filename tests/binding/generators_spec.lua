@@ -106,8 +106,10 @@ for _, name in ipairs {"Timer", "HighAccuracyTimer"} do
       timer:reset()
       assert.is_false(timer:isRunning())
       assert.same({0, 0}, {timer:getTime(), timer:getNumTicks()})
+      assert.equal(name.."(0 s)", tostring(timer))
       timer:reset(true)
       assert.is_true(timer:isRunning())
+      assert.truthy(tostring(timer):find("^"..name.."%([%d.e-]+ s, running%)$"))
     end)
   end)
 end

@@ -68,6 +68,7 @@ return {
       "3.7416573867739413 | false | 1"},
     ["tolua.getpeer(s.spot)"] = {ownTable, "table"},
     ["setpeer of no object"] = {"the text of Lua's own functions", "false | bad argument #1 to '?' (object expected)"},
+    ["counted taken without a reference"] = {"what nobody holds gets the reference that Lua gives back", "0 0 0 0 0"},
     ["opaque"] = {opaque, "0 0 0 0 0"},
     ["opaque released and taken"] = {opaque, "0 0 0 0 0"},
     ["c:pick(o)"] = {belowArrays, "servo"},

@@ -93,7 +93,9 @@ end
 
 -- An object that only the script knows may become its own, once; a counted one with a reference of its own.
 local function own(self)
-  local object, constructor = self.calls:make(self.random:one(surface.classes).type)
+  local typeName = self.random:one(surface.classes).type
+  if avoid.owning(typeName) then return end
+  local object, constructor = self.calls:make(typeName)
   if type(object) ~= "userdata" then return end
   local reference = original(object, "reference")
   if reference then reference(object) end

@@ -8,11 +8,16 @@ avoid.never = {
   ["unreference"] = "gives back a reference, which may be the engine's; called in pairs with `reference`",
 }
 
+local COUNTED = { ["kel::Clock"] = true, ["kel::Frame"] = true, ["kel::ObserverFrame"] = true, ["kel::PropertyContainer"] = true }
+
+--- Whether objects of a type are counted, but have no `reference`: who takes one over takes a reference that is not his.
+function avoid.owning(typeName)
+  return COUNTED[typeName] or typeName:find("Value$") or typeName:find("Buffer$")
+end
+
 -- Keys of class tables that are the runtime's own, and not overwritten.
 avoid.own = {
   ["tolua_ubox"] = "the cache of handles",
-  [".get"] = "the variables' accessors",
-  [".set"] = "the variables' accessors",
   [".collector"] = "frees objects",
 }
 
@@ -22,5 +27,48 @@ avoid.whileStepping = {
   ["setTimeStep"] = "a time step of next to nothing",
   ["setTimeStamp"] = "a time far back",
 }
+
+local MAX_SIZE = 10000
+
+-- A number as the count or index that a wrapper makes of it.
+local function toCount(value)
+  local number = tonumber(value)
+  if not number then return nil end
+  if not (math.abs(number) < 2 ^ 63) then return 0 end
+  return (number < 0 and math.ceil(number) or math.floor(number)) % 2 ^ 32
+end
+
+local function isLarge(_, arguments)
+  for _, argument in pairs(arguments) do
+    if (toCount(argument) or 0) > MAX_SIZE then return true end
+  end
+  return false
+end
+
+local function isOutside(class, arguments)
+  local index = toCount(arguments[2])
+  local known, size = pcall(class.original.size, arguments[1])
+  return index and known and index >= size
+end
+
+-- Calls of containers that are not made, by the name of the function and its arguments.
+local CONTAINERS = {
+  at = isOutside, -- stops the process by contract
+  resize = isLarge, reserve = isLarge, -- take the memory that is asked for
+  new = isLarge, new_local = isLarge, [".call"] = isLarge, -- the same
+}
+
+-- Where these are, by the end of the class's name.
+local KINDS = { Vector = true, Set = true, Array = true, Buffer = true }
+
+-- Pointers to what may be gone, which scripts look at on their own account.
+local UNKEPT = { at = true, front = true, back = true }
+
+--- Whether a call of a class's function must not be made.
+function avoid.isFatal(class, key, arguments)
+  if class.type == "kel::AffineMatrix4x4PtrVector" and UNKEPT[key] then return true end
+  local judge = KINDS[class.type:match("%u%l+$")] and CONTAINERS[key]
+  return judge and judge(class, arguments)
+end
 
 return avoid

@@ -12,7 +12,8 @@ local KNOWN = {
   "error in function '", "invalid 'self' in ", "invalid type in variable assignment%.", "torture: ", "attempt to ",
   "bad argument #", "index is [nN]", "stack overflow", "object expected",
   "Attempt to perform operation on an invalid operand", "Attempt to call a non%-callable object",
-  "index of an? [%a ]+ is out of range", "Property .* is missing", "Value '.*' ", "buffer '.*' cannot have",
+  "index of an? [%a ]+ is out of range", "the object of this element is gone", "Property .* is missing",
+  "Value '.*' ", "buffer '.*' cannot have",
 }
 
 function calls.new(random, pool)
@@ -30,8 +31,20 @@ function calls:judge(name, failure)
   self.strange[name .. ": " .. failure] = true
 end
 
+-- Whether the wrapper that a call comes to must not get these arguments.
+local function isFatal(f, name, arguments)
+  if name == "operator call" then
+    f = arguments[1]
+    if type(f) == "table" then f = rawget(f, ".call") end
+    arguments = { arguments[2] }
+  end
+  local entry = f and surface.entries[f]
+  return entry and entry.class and avoid.isFatal(entry.class, entry.key, arguments)
+end
+
 --- Calls f, which the log names, and keeps the results. Some calls run in a coroutine.
 function calls:run(name, f, n, arguments)
+  if isFatal(f, name, arguments) then return end
   local random = self.random
   local text
   if log.isWanted() then

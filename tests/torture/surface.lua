@@ -1,8 +1,8 @@
 -- What scripts can call: every wrapper in the live tables, with the overloads that its error report lists.
 local avoid = require "avoid"
 
--- `names` has the key of every function.
-local surface = { functions = {}, classes = {}, byType = {}, names = {} }
+-- `names` has the key of every function, `entries` the entry of each that is called.
+local surface = { functions = {}, entries = {}, classes = {}, byType = {}, names = {} }
 
 local STANDARD = {}
 for name in ([[_G arg bit coroutine debug ffi io jit math os package string table tolua]]):gmatch("%S+") do
@@ -61,12 +61,14 @@ local CONSTRUCTORS = { new = true, new_local = true, [".call"] = true }
 local function enterFunction(path, key, f, class)
   surface.names[f] = key
   if avoid.never[key] then return end
-  surface.functions[#surface.functions + 1] = {
+  local entry = {
     name = path .. key, key = key, call = f, class = class,
     constructor = class and CONSTRUCTORS[key] or false,
     event = key:match("^__") ~= nil,
     overloads = key:match("^__") and {} or readOverloads(f),
   }
+  surface.functions[#surface.functions + 1] = entry
+  surface.entries[f] = entry
 end
 
 local function enterClass(path, t, typeName)
