@@ -15,6 +15,8 @@ namespace {
 using members::findOperation;
 using members::rawField;
 
+/// registry[&s_foreign]: the set of metatables that somebody else's tolua++ has made.
+const char s_foreign = 0;
 /// registry[&s_events]: the functions that all metatables share, by the event's name.
 const char s_events = 0;
 
@@ -164,6 +166,12 @@ void addSharedEvents(lua_State* L, int metatable)
   lua_pop(L, 1);
 }
 
+void pushForeign(lua_State* L)
+{
+  lua_pushlightuserdata(L, const_cast<char*>(&s_foreign));
+  lua_rawget(L, LUA_REGISTRYINDEX);
+}
+
 /// Pushes the metatable of a type string, a new one with its name in the registry if there is none. One that
 /// a stock tolua++ of somebody else's has made gets our events, too, but keeps its finaliser.
 void pushTypeMetatable(lua_State* L, const char* name)
@@ -182,6 +190,11 @@ void pushTypeMetatable(lua_State* L, const char* name)
   lua_pushliteral(L, "__gc");
   lua_insert(L, -2);
   lua_rawset(L, metatable);
+  pushForeign(L);
+  lua_pushvalue(L, metatable);
+  lua_pushboolean(L, 1);
+  lua_rawset(L, -3);
+  lua_pop(L, 1);
 }
 
 /// Pushes tolua_super[metatable at an index], the set of its bases. tolua++ makes one only for classes with
@@ -232,6 +245,9 @@ void openClassEvents(lua_State* L)
   lua_pushlightuserdata(L, const_cast<char*>(&s_events));
   lua_insert(L, -2);
   lua_rawset(L, LUA_REGISTRYINDEX);
+  lua_pushlightuserdata(L, const_cast<char*>(&s_foreign));
+  lua_newtable(L);
+  lua_rawset(L, LUA_REGISTRYINDEX);
   addSharedEvents(L, common);
   for (const char* event : {"__unm", "__tostring"}) { // class tables are no values
     lua_pushstring(L, event);
@@ -272,15 +288,15 @@ void dropFinaliser(lua_State* L, const char* type)
 {
   const int top = lua_gettop(L);
   for (const char* prefix : {"", "const "}) {
+    pushForeign(L);
     lua_pushfstring(L, "%s%s", prefix, type);
     lua_rawget(L, LUA_REGISTRYINDEX);
-    pushSharedFinaliser(L);
-    lua_pushliteral(L, "__gc");
+    lua_pushvalue(L, -1);
     lua_rawget(L, top + 1);
-    if (lua_rawequal(L, -1, -2)) {
+    if (lua_isnil(L, -1)) {
       lua_pushliteral(L, "__gc");
       lua_pushnil(L);
-      lua_rawset(L, top + 1);
+      lua_rawset(L, top + 2);
     }
     lua_settop(L, top);
   }

@@ -5,8 +5,10 @@
 #include "kel/Referenced.h"
 #include "kelLua/ScriptManager.h"
 #include "kelLua/Wrap.h"
+#include <algorithm>
 #include <cstring>
 #include <tolua++.h>
+#include <utility>
 
 namespace kelLua::handles {
 
@@ -255,8 +257,9 @@ void collectTop(lua_State* L, std::size_t size)
   State& state = get(L);
   state.debt += size + handleCost;
   if (state.debt < step) return;
-  state.debt = 0;
-  lua_gc(L, LUA_GCSTEP, step / 1024);
+  constexpr std::size_t most = std::size_t(1) << 30; // one step ends with the cycle in any case
+  const std::size_t debt = std::min(std::exchange(state.debt, 0), most);
+  lua_gc(L, LUA_GCSTEP, static_cast<int>(debt / 1024));
 }
 
 } // namespace kelLua::handles

@@ -4,7 +4,6 @@
 #include "pushWrapper.h"
 #include <algorithm>
 #include <cctype>
-#include <cstdint>
 #include <cstring>
 #include <iterator>
 #include <tolua++.h>
@@ -102,20 +101,19 @@ void addTrait(lua_State* L, int classTable, Trait trait)
 /// What a closure searches: `size` tables, its last upvalues. Bit i says that table i holds accessors.
 struct Chain
 {
-  std::uintptr_t size = 0;
-  std::uintptr_t accessors = 0;
+  int size = 0;
+  int accessors = 0;
   bool derivedHaveVariables = false;
 };
-constexpr std::uintptr_t maxChain = 12; ///< Each look-up that fails takes a place on the stack.
+constexpr int maxChain = 12; ///< Each look-up that fails takes a place on the stack.
 
-void pushChain(lua_State* L, Chain chain)
+void pushChain(lua_State* L, const Chain& chain)
 {
-  const std::uintptr_t flag = chain.derivedHaveVariables ? 1 : 0;
-  lua_pushlightuserdata(L, reinterpret_cast<void*>(chain.size | flag << 7 | chain.accessors << 8));
+  lua_pushinteger(L, chain.size | (chain.derivedHaveVariables ? 1 << 7 : 0) | chain.accessors << 8);
 }
-Chain toChain(const void* word)
+Chain chainOf(lua_State* L)
 {
-  const auto bits = reinterpret_cast<std::uintptr_t>(word);
+  const auto bits = static_cast<int>(lua_tointeger(L, lua_upvalueindex(1)));
   return {bits & 0x7F, bits >> 8, (bits & 0x80) != 0};
 }
 
@@ -136,7 +134,7 @@ int callGetter(lua_State* L)
 /// The look-ups that failed before it stay on the stack.
 int searchChain(lua_State* L, const Chain& chain)
 {
-  for (int i = 0; i < static_cast<int>(chain.size); ++i) {
+  for (int i = 0; i < chain.size; ++i) {
     lua_pushvalue(L, 2);
     lua_rawget(L, lua_upvalueindex(3 + i));
     if (lua_isnil(L, -1)) continue;
@@ -149,7 +147,7 @@ int searchChain(lua_State* L, const Chain& chain)
 /// A class table whose base this class is, or an object that asked its class table.
 int baseIndex(lua_State* L)
 {
-  const Chain chain = toChain(lua_touserdata(L, lua_upvalueindex(1)));
+  const Chain chain = chainOf(L);
   if (chain.derivedHaveVariables) {
     lua_pushvalue(L, lua_upvalueindex(2));
     lua_rawget(L, 1);
@@ -173,7 +171,7 @@ int memberIndex(lua_State* L)
     lua_gettable(L, -2);
     if (!lua_isnil(L, -1)) return 1;
   }
-  return searchChain(L, toChain(lua_touserdata(L, lua_upvalueindex(1))));
+  return searchChain(L, chainOf(L));
 }
 
 /// The same for a class with index operators.
@@ -235,8 +233,8 @@ int memberNewIndex(lua_State* L)
     return 0;
   }
   lua_settop(L, 3);
-  const Chain chain = toChain(lua_touserdata(L, lua_upvalueindex(1)));
-  for (int i = 0; i < static_cast<int>(chain.size); ++i) {
+  const Chain chain = chainOf(L);
+  for (int i = 0; i < chain.size; ++i) {
     lua_pushvalue(L, 2);
     lua_rawget(L, lua_upvalueindex(3 + i));
     if (!lua_iscfunction(L, -1)) {
@@ -329,7 +327,7 @@ Chain pushTables(lua_State* L, int classTable, const char* accessors, bool withC
     if (chain.size < maxChain && rawField(L, accessors)) {
       if (lua_istable(L, -1)) {
         lua_insert(L, -2);
-        chain.accessors |= std::uintptr_t{1} << chain.size++;
+        chain.accessors |= 1 << chain.size++;
       } else {
         lua_pop(L, 1); // a script's
       }
@@ -375,7 +373,7 @@ void use(lua_State* L, int metatable)
 int firstIndex(lua_State* L)
 {
   if (!pushClass(L)) return 0;
-  luaL_checkstack(L, 3 * static_cast<int>(maxChain), "a chain of classes");
+  luaL_checkstack(L, 3 * maxChain, "a chain of classes");
   const int metatable = lua_gettop(L);
   use(L, metatable);
   lua_pushliteral(L, "__index");
@@ -390,7 +388,7 @@ int firstIndex(lua_State* L)
     pushChain(L, chain);
     lua_replace(L, classTable + 1);
     const bool hasElements = hasInChain(L, classTable, ".geti");
-    pushWrapper(L, hasElements ? elementIndex : memberIndex, 2 + static_cast<int>(chain.size));
+    pushWrapper(L, hasElements ? elementIndex : memberIndex, 2 + chain.size);
     lua_remove(L, classTable);
   }
   lua_rawset(L, metatable);
@@ -403,7 +401,7 @@ int firstNewIndex(lua_State* L)
 {
   if (lua_type(L, 1) != LUA_TUSERDATA) return tableNewIndex(L);
   if (!pushClass(L)) return 0;
-  luaL_checkstack(L, 3 * static_cast<int>(maxChain), "a chain of classes");
+  luaL_checkstack(L, 3 * maxChain, "a chain of classes");
   const int metatable = lua_gettop(L);
   use(L, metatable);
   lua_pushvalue(L, metatable);
@@ -415,7 +413,7 @@ int firstNewIndex(lua_State* L)
   const Chain chain = pushTables(L, classTable, ".set", false);
   pushChain(L, chain);
   lua_replace(L, classTable + 2);
-  lua_pushcclosure(L, memberNewIndex, 2 + static_cast<int>(chain.size));
+  lua_pushcclosure(L, memberNewIndex, 2 + chain.size);
   lua_rawset(L, metatable);
   lua_settop(L, 3);
   lua_settable(L, 1);

@@ -12,8 +12,8 @@ Overloads* s_remembering = nullptr;
 /// What tells a value from one that other overloads take: its metatable, or its type.
 const void* classOf(lua_State* L, int n)
 {
-  if (!lua_getmetatable(L, n))
-    return reinterpret_cast<const void*>(static_cast<std::uintptr_t>(lua_type(L, n)));
+  static const char s_types[16] = {}; // LuaJIT has more than Lua
+  if (!lua_getmetatable(L, n)) return &s_types[lua_type(L, n)];
   const void* metatable = lua_topointer(L, -1);
   lua_settop(L, -2);
   return metatable;

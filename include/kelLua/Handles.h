@@ -43,9 +43,8 @@ void pushValue(lua_State* L, const wrap::Type& type, Arguments&&... arguments)
   constexpr std::size_t slack = alignof(T) > alignof(void*) ? alignof(T) : 0;
   constexpr std::size_t room = std::max(sizeof(T), 3 * sizeof(void*)); // tells it from the other handles
   auto** handle = static_cast<void**>(lua_newuserdata(L, sizeof(void*) + room + slack));
-  void* place = handle + 1;
-  if constexpr (slack != 0)
-    place = reinterpret_cast<void*>((reinterpret_cast<std::uintptr_t>(place) + slack - 1) & ~(slack - 1));
+  auto* place = reinterpret_cast<char*>(handle + 1);
+  if constexpr (slack != 0) place += -reinterpret_cast<std::uintptr_t>(place) & (slack - 1);
   *handle = new (place) T(std::forward<Arguments>(arguments)...);
   lua_rawgeti(L, LUA_REGISTRYINDEX, type.metatableKey);
   lua_setmetatable(L, -2); // the environment, and so the lack of own fields, is the wrapper's

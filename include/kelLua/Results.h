@@ -79,6 +79,14 @@ void pushMember(lua_State* L, const T* object, const Type& type, const Self* sel
   else
     handles::pushMember(L, object, type, static_cast<const void*>(object) == self);
 }
+/// What an object costs outside of Lua, in bytes; a container with the room for its elements.
+template <class T> std::size_t cost(const T& object)
+{
+  if constexpr (requires { object.capacity() * sizeof(typename T::value_type); })
+    return sizeof(T) + object.capacity() * sizeof(typename T::value_type);
+  else
+    return sizeof(T);
+}
 /// Holds a new object until its handle does: pushing raises when Lua has no memory.
 template <class T> struct Unpushed
 {
@@ -105,7 +113,7 @@ template <class T> void pushCopy(lua_State* L, T value, const Type& type)
   } else {
     Unpushed<T> copy(new T(std::move(value)));
     handles::push(L, copy.object, type);
-    handles::collectTop(L, sizeof(T));
+    handles::collectTop(L, cost(*copy.object));
     copy.object = nullptr;
   }
 }
@@ -121,7 +129,7 @@ template <class T> void pushNew(lua_State* L, T* object, const Type& type, bool 
     handles::pushCounted(L, object, object, type);
   else
     handles::push(L, object, type);
-  if (local) handles::collectTop(L, sizeof(T));
+  if (local) handles::collectTop(L, cost(*object));
   if constexpr (isAdapter<T>) handles::adapterTop(L, object->object(), local);
   if constexpr (isCounted<T>)
     if (local) object->reference();

@@ -111,7 +111,16 @@ describe("The vectors of values", function()
     assert.equal(5, v:size())
     v:push_back(3)
     assert.equal(3, v:at(2 ^ 32 + 5.5))
-    assert.equal(1, results(kel.RealVector:new(2)).n)
+    local made = results(kel.RealVector:new(2))
+    assert.equal(1, made.n)
+    tolua.takeownership(made[1])
+  end)
+
+  it("drive the collector by what they hold", function()
+    local function residentPages() return tonumber(io.open("/proc/self/statm"):read("*a"):match("%d+ (%d+)")) end
+    local before = residentPages()
+    for _ = 1, 100 do kel.RealVector(1e6) end
+    assert.is_true((residentPages() - before) * 4096 < 40 * 8e6)
   end)
 
   it("end the program for a bad index, with its place", function()
