@@ -7,7 +7,9 @@ pkg_check_modules(Apr REQUIRED IMPORTED_TARGET apr-1)
 pkg_check_modules(Edit REQUIRED IMPORTED_TARGET libedit)
 pkg_check_modules(Uuid REQUIRED IMPORTED_TARGET uuid)
 pkg_check_modules(Bullet REQUIRED IMPORTED_TARGET bullet-float64)
+pkg_check_modules(MuParser REQUIRED IMPORTED_TARGET muparser)
 find_package(Eigen3 REQUIRED)
+find_package(nlohmann_json REQUIRED)
 find_package(CLI11 REQUIRED)
 
 # Lua headers without the library: our libraries take lua_* from the process, which has exactly one Lua.

@@ -10,6 +10,7 @@
 namespace kel {
 
 class DynamicsSystem;
+class PropertyContainer;
 
 /// A solid that moves: a place, velocities, a mass, and geometries that ride on it.
 ///
@@ -41,6 +42,8 @@ public:
   UInt32 getId() const { return m_entity.getId(); }
   /// The row of this body in the storage of all bodies.
   kelData::EntityPtr getEntity() const { return m_entity; }
+  /// The properties that applications attach, made on the first call. Not owned.
+  PropertyContainer* getPropertyContainer();
   /// The system that the body was added to, null for none. Not owned.
   DynamicsSystem* getSystem() const { return m_system; }
 
@@ -231,6 +234,7 @@ private:
   SPDMatrix3x3 calculateInertia() const;
 
   Name m_name;
+  ref_ptr<PropertyContainer> m_properties; // null until someone asks
   kelData::EntityPtr m_entity;
   Index m_row;
   MassProperties m_massProperties;

@@ -5,6 +5,7 @@
 #include "kelCollide/Shape.h"
 
 namespace kel {
+class PropertyContainer;
 class RigidBody;
 }
 
@@ -42,6 +43,8 @@ public:
   void setName(const kel::Name& name) { m_name = name; }
   /// A number that no other geometry of this process has or had.
   kel::UInt32 getId() const { return m_entity.getId(); }
+  /// The properties that applications attach, made on the first call. Not owned.
+  kel::PropertyContainer* getPropertyContainer();
   /// The row of this geometry in the storage of all geometries.
   kelData::EntityPtr getEntity() const { return m_entity; }
 
@@ -132,6 +135,7 @@ private:
   void shapeChanged();
 
   kel::Name m_name;
+  kel::ref_ptr<kel::PropertyContainer> m_properties; // null until someone asks
   kelData::EntityPtr m_entity;
   kel::Index m_row;
   kel::ref_ptr<kel::Frame> m_frame;

@@ -63,7 +63,7 @@ public:
   kel::String getImplementationName() const override { return "EntityStorage"; }
 
 protected:
-  ~EntityStorage() override = default;
+  ~EntityStorage() override;
 
 private:
   void* typedData(const Attribute* attribute, std::type_index type);

@@ -70,6 +70,7 @@ describe("every function", function()
       stepTo = "a huge time takes forever",
       new = "makes objects that nobody owns; new_local takes the same arguments",
       reference = "takes references that nobody gives back",
+      unreference = "gives back references, which may be the engine's",
     }
     local function takesMemory(f) return f.name == "new_local" and f.path:find("Vector$") end -- as much as it is told
     for _, f in ipairs(functions) do

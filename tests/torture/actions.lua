@@ -94,7 +94,7 @@ end
 -- An object that only the script knows may become its own, once; a counted one with a reference of its own.
 local function own(self)
   local typeName = self.random:one(surface.classes).type
-  if avoid.owning[typeName] then return end
+  if avoid.owning(typeName) then return end
   local object, constructor = self.calls:make(typeName)
   if type(object) ~= "userdata" then return end
   local reference = original(object, "reference")

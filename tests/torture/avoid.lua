@@ -8,8 +8,12 @@ avoid.never = {
   ["unreference"] = "gives back a reference, which may be the engine's; called in pairs with `reference`",
 }
 
--- Types that are counted, but whose objects have no `reference`: who takes one over takes a reference that is not his.
-avoid.owning = { ["kel::Clock"] = true, ["kel::Frame"] = true, ["kel::ObserverFrame"] = true }
+local COUNTED = { ["kel::Clock"] = true, ["kel::Frame"] = true, ["kel::ObserverFrame"] = true, ["kel::PropertyContainer"] = true }
+
+--- Whether objects of a type are counted, but have no `reference`: who takes one over takes a reference that is not his.
+function avoid.owning(typeName)
+  return COUNTED[typeName] or typeName:find("Value$") or typeName:find("Buffer$")
+end
 
 -- Keys of class tables that are the runtime's own, and not overwritten.
 avoid.own = {
@@ -54,13 +58,16 @@ local CONTAINERS = {
   new = isLarge, new_local = isLarge, [".call"] = isLarge, -- the same
 }
 
+-- Where these are, by the end of the class's name.
+local KINDS = { Vector = true, Set = true, Array = true, Buffer = true }
+
 -- Pointers to what may be gone, which scripts look at on their own account.
 local UNKEPT = { at = true, front = true, back = true }
 
 --- Whether a call of a class's function must not be made.
 function avoid.isFatal(class, key, arguments)
   if class.type == "kel::AffineMatrix4x4PtrVector" and UNKEPT[key] then return true end
-  local judge = (class.type:find("Vector$") or class.type:find("Set$")) and CONTAINERS[key]
+  local judge = KINDS[class.type:match("%u%l+$")] and CONTAINERS[key]
   return judge and judge(class, arguments)
 end
 

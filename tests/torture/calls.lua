@@ -12,7 +12,8 @@ local KNOWN = {
   "error in function '", "invalid 'self' in ", "invalid type in variable assignment%.", "torture: ", "attempt to ",
   "bad argument #", "index is [nN]", "stack overflow", "object expected",
   "Attempt to perform operation on an invalid operand", "Attempt to call a non%-callable object",
-  "index of an? [%a ]+ is out of range", "the object of this element is gone",
+  "index of an? [%a ]+ is out of range", "the object of this element is gone", "Property .* is missing",
+  "Value '.*' ", "buffer '.*' cannot have",
 }
 
 function calls.new(random, pool)

@@ -1,6 +1,7 @@
 #include "kelData/Buffer.h"
-#include <algorithm>
+#include <cstdio>
 #include <new>
+#include <stdexcept>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -14,8 +15,27 @@ std::size_t roundUpToPage(std::size_t bytes)
 }
 } // namespace
 
-Buffer::Buffer(const kel::Name& name, std::size_t elementSize, std::size_t maxSize)
-    : kel::Component(name), m_elementSize(elementSize), m_reservedBytes(roundUpToPage(elementSize * maxSize))
+Buffer::Buffer(const kel::Name& name, const Format* format)
+    : kel::Component(name), m_format(const_cast<Format*>(format)), // never constant in its type
+      m_elementSize(format ? format->getElementSize() : 0),
+      m_reservedBytes(roundUpToPage(m_elementSize * MAX_SIZE))
+{}
+
+Buffer::Buffer(const kel::Name& name, std::size_t elementSize, const Format* format, std::size_t maxSize)
+    : kel::Component(name), m_format(const_cast<Format*>(format)), m_elementSize(elementSize),
+      m_reservedBytes(roundUpToPage(elementSize * maxSize))
+{
+  reserveAddresses();
+}
+
+Buffer::~Buffer()
+{
+  if (m_format && !m_format->getImplementation().isPlain)
+    for (std::size_t i = 0; i < m_size; ++i) m_format->getImplementation().destroy(at(i));
+  if (m_data) munmap(m_data, m_reservedBytes);
+}
+
+void Buffer::reserveAddresses()
 {
   void* memory =
       mmap(nullptr, m_reservedBytes, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
@@ -23,17 +43,83 @@ Buffer::Buffer(const kel::Name& name, std::size_t elementSize, std::size_t maxSi
   m_data = static_cast<std::byte*>(memory);
 }
 
-Buffer::~Buffer() { munmap(m_data, m_reservedBytes); }
-
 void Buffer::reserve(std::size_t size)
 {
-  if (size <= m_capacity) return;
-  const std::size_t wanted = roundUpToPage(size * m_elementSize);
-  if (wanted > m_reservedBytes) throw std::bad_alloc();
-  const std::size_t bytes = std::min(std::max(wanted, 2 * m_committedBytes), m_reservedBytes);
-  if (mprotect(m_data, bytes, PROT_READ | PROT_WRITE) != 0) throw std::bad_alloc();
-  m_committedBytes = bytes;
-  m_capacity = bytes / m_elementSize;
+  if (size <= m_capacity || m_elementSize == 0) return;
+  if (const std::size_t most = m_reservedBytes / m_elementSize; size > most)
+    throw std::length_error("buffer '" + getName() + "' cannot have more than " + std::to_string(most) +
+                            " elements");
+  if (!m_data) reserveAddresses();
+  if (const std::size_t wanted = roundUpToPage(size * m_elementSize); wanted > m_committedBytes) {
+    const std::size_t bytes = std::min(std::max(wanted, 2 * m_committedBytes), m_reservedBytes);
+    if (mprotect(m_data, bytes, PROT_READ | PROT_WRITE) != 0) throw std::bad_alloc();
+    m_committedBytes = bytes;
+  }
+  m_capacity = size;
+  if (capacityParameter) capacityParameter->set(m_capacity);
+}
+
+void Buffer::resize(std::size_t size, bool initialize)
+{
+  requireOwnSize();
+  if (!m_format) return;
+  reserve(size);
+  const Format::Implementation& implementation = m_format->getImplementation();
+  for (std::size_t i = size; i < m_size; ++i) implementation.destroy(at(i));
+  if (initialize || !implementation.isPlain)
+    for (std::size_t i = m_size; i < size; ++i) implementation.construct(at(i), nullptr);
+  setSize(size);
+}
+
+void Buffer::append(const void* element)
+{
+  requireOwnSize();
+  reserve(m_size + 1);
+  m_format->getImplementation().construct(at(m_size), element);
+  setSize(m_size + 1);
+}
+
+void Buffer::setSize(std::size_t size)
+{
+  m_size = size;
+  m_range.end = static_cast<kel::UInt32>(size);
+  m_changes = {std::min(m_changes.begin, m_range.end), std::min(m_changes.end, m_range.end)};
+  if (sizeParameter) sizeParameter->set(m_size);
+}
+
+void Buffer::requireOwnSize() const
+{
+  if (m_storage) throw std::logic_error("buffer '" + getName() + "' has the size of its entity storage");
+}
+
+void Buffer::commit(const IndexArray& indexes)
+{
+  for (kel::UInt32 i = 0; i < indexes.size(); ++i) commit(indexes.at(i));
+}
+
+void Buffer::commit(const kel::IndexRange32& range)
+{
+  const kel::UInt32 end = std::min(range.end, m_range.end);
+  if (range.begin >= end) return;
+  m_changes = m_changes.empty()
+                  ? kel::IndexRange32{range.begin, end}
+                  : kel::IndexRange32{std::min(m_changes.begin, range.begin), std::max(m_changes.end, end)};
+}
+
+kel::IndexRange32 Buffer::takeChanges() { return std::exchange(m_changes, {}); }
+
+void Buffer::rebind()
+{
+  if (sizeParameter) sizeParameter->set(m_size);
+  if (capacityParameter) capacityParameter->set(m_capacity);
+}
+
+void Buffer::print() const
+{
+  std::printf("%s: %zu elements\n", getName().c_str(), m_size);
+  if (!m_format) return;
+  for (std::size_t i = 0; i < m_size; ++i)
+    std::printf("%zu: %s\n", i, m_format->getImplementation().print(at(i)).c_str());
 }
 
 } // namespace kelData

@@ -17,6 +17,12 @@ void EntityPtr::destroy()
   if (m_storage) m_storage->destroyInstance(m_id);
 }
 
+EntityStorage::~EntityStorage()
+{
+  for (const auto& buffer : m_buffers)
+    if (buffer) buffer->m_storage = nullptr;
+}
+
 EntityStorage::EntityStorage(EntityModel* model) : kel::Component(model->getName()), m_model(model)
 {
   model->m_frozen = true;
@@ -44,6 +50,7 @@ EntityPtr EntityStorage::createInstance()
     row = static_cast<kel::Index>(m_rowIds.size());
     for (std::size_t column = 0; column < m_buffers.size(); ++column) bufferOf(column).reserve(row + 1);
     m_rowIds.push_back(EntityPtr::NO_ID);
+    for (const auto& buffer : m_buffers) buffer->setSize(row + 1);
   } else {
     row = m_holes.back();
     m_holes.pop_back();
@@ -78,6 +85,8 @@ void EntityStorage::clear()
 {
   m_idRows.clear();
   m_rowIds.clear();
+  for (const auto& buffer : m_buffers)
+    if (buffer) buffer->setSize(0);
   m_holes.clear();
   m_size = 0;
 }
@@ -127,8 +136,11 @@ Buffer& EntityStorage::bufferOf(std::size_t column)
   kel::ref_ptr<Buffer>& buffer = m_buffers[column];
   if (!buffer) {
     const Attribute& attribute = *m_model->getAttributes()[column];
-    buffer = new Buffer(attribute.getName(), attribute.getElementSize());
+    buffer = new Buffer(attribute.getName(), attribute.getElementSize(),
+                        findFormat(attribute.getElementType().name()));
+    buffer->m_storage = this;
     buffer->reserve(m_rowIds.size());
+    buffer->setSize(m_rowIds.size());
     for (std::size_t row = 0; row < m_rowIds.size(); ++row)
       std::memcpy(buffer->at(row), attribute.getDefaultBytes(), attribute.getElementSize());
   }

@@ -2,6 +2,7 @@
 #include "body/BodyRows.h"
 #include "body/inertia.h"
 #include "kel/DynamicsSystem.h"
+#include "kel/Property.h"
 #include "kelCollide/Space.h"
 #include <algorithm>
 #include <cmath>
@@ -61,6 +62,12 @@ RigidBody::~RigidBody()
   static_cast<ModelFrame*>(m_frame.get())->release();
   static_cast<CmFrame*>(m_cmFrame.get())->release();
   m_entity.destroy();
+}
+
+PropertyContainer* RigidBody::getPropertyContainer()
+{
+  if (!m_properties) m_properties = new PropertyContainer;
+  return m_properties.get();
 }
 
 void RigidBody::setStateBit(UInt32 bit, bool on)

@@ -1,5 +1,6 @@
 #include "kelCollide/Geometry.h"
 #include "collision/GeometryRows.h"
+#include "kel/Property.h"
 #include "kel/RigidBody.h"
 #include "kelCollide/ShapeGroup.h"
 #include "kelCollide/Space.h"
@@ -40,6 +41,12 @@ Geometry::~Geometry()
   if (m_shape) m_shape->setGeometry(nullptr);
   static_cast<OwnFrame*>(m_frame.get())->release();
   m_entity.destroy();
+}
+
+kel::PropertyContainer* Geometry::getPropertyContainer()
+{
+  if (!m_properties) m_properties = new kel::PropertyContainer;
+  return m_properties.get();
 }
 
 bool Geometry::add(Shape* shape, const AffineMatrix4x4& transform)

@@ -1,0 +1,14 @@
+#pragma once
+#include "kel/ref_ptr.h"
+#include "kelData/Type.h"
+#include <vector>
+
+namespace kelData {
+
+/// The format that every type has: a `std::string`.
+inline constexpr const char* ASCII = "ascii";
+
+/// The types of the engine with all their formats.
+std::vector<kel::ref_ptr<Type>> createTypes();
+
+} // namespace kelData
