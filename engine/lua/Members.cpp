@@ -185,6 +185,10 @@ int elementIndex(lua_State* L)
   }
   lua_settop(L, 2);
   if (!findOperation(L, ".geti")) return memberIndex(L);
+  if (const lua_CFunction wrapper = toOwnFrame(L)) {
+    lua_settop(L, 2);
+    return wrapper(L);
+  }
   lua_pushvalue(L, 1);
   lua_pushvalue(L, 2);
   lua_call(L, 2, 1);
