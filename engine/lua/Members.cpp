@@ -117,7 +117,8 @@ Chain chainOf(lua_State* L)
   return {bits & 0x7F, bits >> 8, (bits & 0x80) != 0};
 }
 
-/// Calls the getter on top of the stack, which a script may have put there, and leaves its result.
+/// Calls the getter or index operator on top of the stack, which a script may have put there, and leaves its
+/// result.
 int callGetter(lua_State* L)
 {
   if (const lua_CFunction wrapper = toOwnFrame(L)) {
@@ -184,15 +185,7 @@ int elementIndex(lua_State* L)
     if (!lua_isnil(L, -1)) return 1;
   }
   lua_settop(L, 2);
-  if (!findOperation(L, ".geti")) return memberIndex(L);
-  if (const lua_CFunction wrapper = toOwnFrame(L)) {
-    lua_settop(L, 2);
-    return wrapper(L);
-  }
-  lua_pushvalue(L, 1);
-  lua_pushvalue(L, 2);
-  lua_call(L, 2, 1);
-  return 1;
+  return findOperation(L, ".geti") ? callGetter(L) : memberIndex(L);
 }
 
 /// Enters key and value into the table that a script sees as the object's own.
