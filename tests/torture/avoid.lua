@@ -39,8 +39,10 @@ local function toCount(value)
 end
 
 local function isLarge(_, arguments)
-  for _, argument in pairs(arguments) do
+  local key, argument = next(arguments)
+  while key do -- not by `pairs`: some loops that LuaJIT makes of it never end
     if (toCount(argument) or 0) > MAX_SIZE then return true end
+    key, argument = next(arguments, key)
   end
   return false
 end
