@@ -137,7 +137,7 @@ int searchChain(lua_State* L, const Chain& chain)
 {
   for (int i = 0; i < chain.size; ++i) {
     lua_pushvalue(L, 2);
-    lua_rawget(L, lua_upvalueindex(3 + i));
+    lua_rawget(L, lua_upvalueindex(4 + i));
     if (lua_isnil(L, -1)) continue;
     if ((chain.accessors >> i & 1) == 0) return 1;
     if (lua_iscfunction(L, -1)) return callGetter(L);
@@ -161,7 +161,8 @@ int baseIndex(lua_State* L)
   return isInherited(L) ? searchChain(L, chain) : 0;
 }
 
-/// Upvalues: the chain, ".get", then the tables: of each class its own and that of its getters.
+/// Upvalues: the chain, ".get", what `elementIndex` needs, then the tables: of each class its own and that of
+/// its getters.
 int memberIndex(lua_State* L)
 {
   if (lua_type(L, 1) == LUA_TTABLE) return baseIndex(L);
@@ -175,10 +176,15 @@ int memberIndex(lua_State* L)
   return searchChain(L, chainOf(L));
 }
 
-/// The same for a class with index operators.
+/// The same for a class with index operators. Upvalue 3: the one that reads, where it is a wrapper and no
+/// object has fields of a script's own.
 int elementIndex(lua_State* L)
 {
   if (lua_type(L, 1) != LUA_TUSERDATA || !isElement(L)) return memberIndex(L);
+  if (const lua_CFunction wrapper = lua_tocfunction(L, lua_upvalueindex(3))) {
+    lua_settop(L, 2);
+    return wrapper(L);
+  }
   if (handles::pushOwnTable(L, 1)) {
     lua_pushvalue(L, 2);
     lua_gettable(L, -2);
@@ -264,14 +270,24 @@ void toClassTable(lua_State* L)
   if (isConst && lua_getmetatable(L, -1)) lua_replace(L, -2);
 }
 
-bool hasInChain(lua_State* L, int classTable, const char* key)
+/// Pushes the first value of a key in a class table and its bases, nil for none; whether there is one.
+bool pushInChain(lua_State* L, int classTable, const char* key)
 {
-  const int top = lua_gettop(L);
-  bool found = false;
+  const int place = lua_gettop(L) + 1;
   lua_pushvalue(L, classTable);
+  bool found = false;
   do found = rawField(L, key);
   while (!found && toMetatable(L));
-  lua_settop(L, top);
+  if (!found) lua_pushnil(L);
+  lua_replace(L, place);
+  lua_settop(L, place);
+  return found;
+}
+
+bool hasInChain(lua_State* L, int classTable, const char* key)
+{
+  const bool found = pushInChain(L, classTable, key);
+  lua_pop(L, 1);
   return found;
 }
 
@@ -333,6 +349,17 @@ Chain pushTables(lua_State* L, int classTable, const char* accessors, bool withC
   return chain;
 }
 
+/// Whether a class has an operator that reads elements; pushes it if it may be called for every object of the
+/// class, nil if not.
+bool pushElementGetter(lua_State* L, int classTable)
+{
+  const bool found = pushInChain(L, classTable, ".geti");
+  if (found && toOwnFrame(L) && (traitsOf(L, classTable) & HAS_FIELDS) == 0) return true;
+  lua_pop(L, 1);
+  lua_pushnil(L);
+  return found;
+}
+
 /// Lets the metatable at an index come into use anew.
 void reset(lua_State* L, int metatable)
 {
@@ -347,12 +374,9 @@ void reset(lua_State* L, int metatable)
 void resetClass(lua_State* L, int classTable)
 {
   reset(L, classTable);
-  lua_pushvalue(L, classTable);
-  lua_rawget(L, LUA_REGISTRYINDEX);
-  lua_pushfstring(L, "const %s", lua_tostring(L, -1));
-  lua_rawget(L, LUA_REGISTRYINDEX);
-  if (lua_istable(L, -1)) reset(L, lua_gettop(L));
-  lua_pop(L, 2);
+  if (!pushConstTwin(L, classTable)) return;
+  reset(L, lua_gettop(L));
+  lua_pop(L, 1);
 }
 
 /// Notes that the events of the metatable at an index know its bases from now on.
@@ -380,12 +404,12 @@ int firstIndex(lua_State* L)
   if (lua_istable(L, 1) || !isDirect(L, classTable)) {
     lua_pushnil(L);
     lua_pushliteral(L, ".get");
+    const bool hasElements = pushElementGetter(L, classTable);
     Chain chain = pushTables(L, classTable, ".get", true);
     chain.derivedHaveVariables = (traitsOf(L, classTable) & DERIVED_HAVE_VARIABLES) != 0;
     pushChain(L, chain);
     lua_replace(L, classTable + 1);
-    const bool hasElements = hasInChain(L, classTable, ".geti");
-    pushWrapper(L, hasElements ? elementIndex : memberIndex, 2 + chain.size);
+    pushWrapper(L, hasElements ? elementIndex : memberIndex, 3 + chain.size);
     lua_remove(L, classTable);
   }
   lua_rawset(L, metatable);
@@ -445,6 +469,18 @@ void objectHasFields(lua_State* L, int handle)
     resetClass(L, classTable);
   }
   lua_pop(L, 1);
+}
+
+bool pushConstTwin(lua_State* L, int classTable)
+{
+  lua_pushvalue(L, classTable);
+  lua_rawget(L, LUA_REGISTRYINDEX);
+  lua_pushfstring(L, "const %s", lua_tostring(L, -1));
+  lua_rawget(L, LUA_REGISTRYINDEX);
+  lua_remove(L, -2);
+  if (lua_istable(L, -1)) return true;
+  lua_pop(L, 1);
+  return false;
 }
 
 bool toMetatable(lua_State* L)

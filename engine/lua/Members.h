@@ -20,6 +20,10 @@ void classChanged(lua_State* L, bool isBase);
 /// The handle at a stack index has fields of the script's own from now on.
 void objectHasFields(lua_State* L, int handle);
 
+/// Pushes the metatable of const objects of the class whose table is at an index; false, and nothing, if
+/// there is none.
+bool pushConstTwin(lua_State* L, int classTable);
+
 /// Replaces the value on top by its metatable; pops it and gives false if it has none.
 bool toMetatable(lua_State* L);
 /// table on top -> table, table[key]; pops the value and gives false if it is nil.

@@ -47,6 +47,7 @@ void enterFunction(lua_State* L, const Entry& entry)
   lua_pushstring(L, entry.name);
   pushWrapper(L, entry.function, 0);
   lua_rawset(L, -3);
+  if (entry.event) setOperation(L, entry.name, entry.event);
 }
 
 void enterVariable(lua_State* L, const Entry& entry)
@@ -80,10 +81,19 @@ void enterType(lua_State* L, const TypeEntry& entry)
   }
 }
 
+bool hasOperation(lua_State* L, const char* name)
+{
+  const int top = lua_gettop(L);
+  const bool found = members::findOperation(L, name);
+  lua_settop(L, top);
+  return found;
+}
+
 } // namespace
 
 void failed(lua_State* L, const char* name, tolua_Error* failure, const char* signatures)
 {
+  if (name[0] == '.' && isOperation(L) && !hasOperation(L, name)) badOperand(L);
   raise(L, Text("#ferror in function '%s'.", name), failure, signatures);
 }
 
@@ -100,6 +110,12 @@ void badVariableSelf(lua_State* L, const char* name)
 void badValue(lua_State* L, tolua_Error* failure)
 {
   raise(L, "#vinvalid type in variable assignment.", failure, nullptr);
+}
+
+void badOperand(lua_State* L)
+{
+  tolua_error(L, "Attempt to perform operation on an invalid operand", nullptr);
+  __builtin_unreachable();
 }
 
 void missingObject(lua_State* L, int n, const Type& type, const char* name)

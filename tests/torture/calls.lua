@@ -33,12 +33,13 @@ end
 
 -- Whether the wrapper that a call comes to must not get these arguments.
 local function isFatal(f, name, arguments)
-  if name == "operator call" then
+  local entry = surface.entries[f]
+  if name == "operator call" or (entry and entry.key == "__call") then
     f = arguments[1]
     if type(f) == "table" then f = rawget(f, ".call") end
     arguments = { arguments[2] }
   end
-  local entry = f and surface.entries[f]
+  entry = f and surface.entries[f]
   return entry and entry.class and avoid.isFatal(entry.class, entry.key, arguments)
 end
 
