@@ -7,6 +7,7 @@
 #include <cstring>
 #include <iterator>
 #include <tolua++.h>
+#include <unordered_map>
 
 namespace kelLua::members {
 
@@ -137,7 +138,7 @@ int searchChain(lua_State* L, const Chain& chain)
 {
   for (int i = 0; i < chain.size; ++i) {
     lua_pushvalue(L, 2);
-    lua_rawget(L, lua_upvalueindex(4 + i));
+    lua_rawget(L, lua_upvalueindex(3 + i));
     if (lua_isnil(L, -1)) continue;
     if ((chain.accessors >> i & 1) == 0) return 1;
     if (lua_iscfunction(L, -1)) return callGetter(L);
@@ -161,8 +162,7 @@ int baseIndex(lua_State* L)
   return isInherited(L) ? searchChain(L, chain) : 0;
 }
 
-/// Upvalues: the chain, ".get", what `elementIndex` needs, then the tables: of each class its own and that of
-/// its getters.
+/// Upvalues: the chain, ".get", then the tables: of each class its own and that of its getters.
 int memberIndex(lua_State* L)
 {
   if (lua_type(L, 1) == LUA_TTABLE) return baseIndex(L);
@@ -176,15 +176,12 @@ int memberIndex(lua_State* L)
   return searchChain(L, chainOf(L));
 }
 
-/// The same for a class with index operators. Upvalue 3: the one that reads, where it is a wrapper and no
-/// object has fields of a script's own.
+} // namespace
+
+/// The same for a class with index operators.
 int elementIndex(lua_State* L)
 {
   if (lua_type(L, 1) != LUA_TUSERDATA || !isElement(L)) return memberIndex(L);
-  if (const lua_CFunction wrapper = lua_tocfunction(L, lua_upvalueindex(3))) {
-    lua_settop(L, 2);
-    return wrapper(L);
-  }
   if (handles::pushOwnTable(L, 1)) {
     lua_pushvalue(L, 2);
     lua_gettable(L, -2);
@@ -193,6 +190,8 @@ int elementIndex(lua_State* L)
   lua_settop(L, 2);
   return findOperation(L, ".geti") ? callGetter(L) : memberIndex(L);
 }
+
+namespace {
 
 /// Enters key and value into the table that a script sees as the object's own.
 int setField(lua_State* L)
@@ -349,15 +348,22 @@ Chain pushTables(lua_State* L, int classTable, const char* accessors, bool withC
   return chain;
 }
 
-/// Whether a class has an operator that reads elements; pushes it if it may be called for every object of the
-/// class, nil if not.
-bool pushElementGetter(lua_State* L, int classTable)
+/// The events that call a class's own index operator, by its wrapper.
+std::unordered_map<lua_CFunction, lua_CFunction>& elementEvents()
 {
-  const bool found = pushInChain(L, classTable, ".geti");
-  if (found && toOwnFrame(L) && (traitsOf(L, classTable) & HAS_FIELDS) == 0) return true;
+  static std::unordered_map<lua_CFunction, lua_CFunction> s_events;
+  return s_events;
+}
+
+/// The `__index` of a class in use.
+lua_CFunction indexOf(lua_State* L, int classTable)
+{
+  const bool hasElements = pushInChain(L, classTable, ".geti");
+  const auto event = elementEvents().find(lua_tocfunction(L, -1));
   lua_pop(L, 1);
-  lua_pushnil(L);
-  return found;
+  if (!hasElements) return memberIndex;
+  const bool hasFields = (traitsOf(L, classTable) & HAS_FIELDS) != 0;
+  return hasFields || event == elementEvents().end() ? elementIndex : event->second;
 }
 
 /// Lets the metatable at an index come into use anew.
@@ -404,12 +410,11 @@ int firstIndex(lua_State* L)
   if (lua_istable(L, 1) || !isDirect(L, classTable)) {
     lua_pushnil(L);
     lua_pushliteral(L, ".get");
-    const bool hasElements = pushElementGetter(L, classTable);
     Chain chain = pushTables(L, classTable, ".get", true);
     chain.derivedHaveVariables = (traitsOf(L, classTable) & DERIVED_HAVE_VARIABLES) != 0;
     pushChain(L, chain);
     lua_replace(L, classTable + 1);
-    pushWrapper(L, hasElements ? elementIndex : memberIndex, 3 + chain.size);
+    pushWrapper(L, indexOf(L, classTable), 2 + chain.size);
     lua_remove(L, classTable);
   }
   lua_rawset(L, metatable);
@@ -440,6 +445,8 @@ int firstNewIndex(lua_State* L)
   lua_settable(L, 1);
   return 0;
 }
+
+void addElementEvent(lua_CFunction wrapper, lua_CFunction event) { elementEvents()[wrapper] = event; }
 
 void classChanged(lua_State* L, bool isBase)
 {

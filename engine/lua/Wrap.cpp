@@ -5,6 +5,7 @@
 #include "ownFrame.h"
 #include "pushWrapper.h"
 #include <cstdio>
+#include <cstring>
 
 namespace kelLua::wrap {
 
@@ -47,7 +48,11 @@ void enterFunction(lua_State* L, const Entry& entry)
   lua_pushstring(L, entry.name);
   pushWrapper(L, entry.function, 0);
   lua_rawset(L, -3);
-  if (entry.event) setOperation(L, entry.name, entry.event);
+  if (!entry.event) return;
+  if (std::strcmp(entry.name, ".geti") == 0)
+    members::addElementEvent(entry.function, entry.event);
+  else
+    setOperation(L, entry.name, entry.event);
 }
 
 void enterVariable(lua_State* L, const Entry& entry)
@@ -117,6 +122,8 @@ void badOperand(lua_State* L)
   tolua_error(L, "Attempt to perform operation on an invalid operand", nullptr);
   __builtin_unreachable();
 }
+
+int memberOrElement(lua_State* L) { return members::elementIndex(L); }
 
 void missingObject(lua_State* L, int n, const Type& type, const char* name)
 {

@@ -56,6 +56,11 @@ template <lua_CFunction f> constexpr Entry operation(const char* name)
 {
   return {.kind = Entry::Kind::Function, .name = name, .function = entered<f>, .event = operated<f>};
 }
+/// A function that reads elements of objects of the class.
+template <lua_CFunction f> constexpr Entry elements(const char* name)
+{
+  return {.kind = Entry::Kind::Function, .name = name, .function = entered<f>, .event = indexed<f>};
+}
 constexpr Entry constant(const char* name, double value)
 {
   return {.kind = Entry::Kind::Constant, .name = name, .value = value};

@@ -333,7 +333,7 @@ const wrap::Entry MEMBERS[] = {
     wrap::operation<tolua_test_Golden_test_Vector__add00>(".add"),
     wrap::operation<tolua_test_Golden_test_Vector__sub00>(".sub"),
     wrap::function<tolua_test_Golden_test_Vector__seti00>(".seti"),
-    wrap::function<tolua_test_Golden_test_Vector__geti00>(".geti"),
+    wrap::elements<tolua_test_Golden_test_Vector__geti00>(".geti"),
     wrap::function<tolua_test_Golden_test_Vector__test__Pair00>(".test::Pair"),
     wrap::variable<tolua_get_test__Vector_x, tolua_set_test__Vector_x>("x"),
     wrap::end(),

@@ -275,8 +275,9 @@ local function printer(class)
   return class.printed and "wrap::function<"..printedName(class)..'>(".tostring"),' or ""
 end
 
--- those whose events need not search for the operation
-local ARITHMETIC = {[".add"] = true, [".sub"] = true, [".mul"] = true, [".div"] = true}
+-- those whose events need not search for them
+local EVENT_ENTRIES = {[".add"] = "operation", [".sub"] = "operation", [".mul"] = "operation", [".div"] = "operation",
+  [".geti"] = "elements"}
 
 local members
 local function member(item)
@@ -291,7 +292,7 @@ local function member(item)
     if not O.isLast(item) then return nil end
     local suffixes = item.constructor and {new = "", new_local = "_local", [".call"] = "_local"} or {[item.name] = ""}
     return T.each(item.constructor and {"new", "new_local", ".call"} or {item.name}, "\n", function(name)
-      return (ARITHMETIC[name] and "wrap::operation<" or "wrap::function<")..O.entryName(item)..suffixes[name]..">("..T.quote(name).."),"
+      return "wrap::"..(EVENT_ENTRIES[name] or "function").."<"..O.entryName(item)..suffixes[name]..">("..T.quote(name).."),"
     end)
   elseif item.tag == "variable" then
     local accessors = item.get..(item.readonly and "" or ", "..item.set)
