@@ -23,6 +23,9 @@ constexpr Real CONTACT_DAMPING_STEPS = 10;
 constexpr Real WARM_START = 0.85;
 /// Creep of friction that holds, m/(N s).
 constexpr Real FRICTION_COMPLIANCE = 1e-10;
+/// Above this many direct rows an island's contacts are solved by iteration: the direct solution of a heap
+/// costs more than it is worth.
+constexpr std::size_t MAX_DIRECT_ROWS_WITH_CONTACTS = 600;
 
 const Material& materialOf(const Geometry& geometry)
 {
@@ -42,15 +45,20 @@ UInt32 Solver::getNumRows() const { return m_step->numRows; }
 
 UInt32 Solver::getNumSweeps() const { return m_step->numSweeps; }
 
+UInt32 Solver::getNumDirectRows() const { return m_step->numDirectRows; }
+
+UInt32 Solver::getNumFallbacks() const { return m_step->numFallbacks; }
+
 void Solver::Step::solve(const Solver& solver, DynamicsSystem& system, Real timeStep)
 {
   m_solver = &solver;
   m_system = &system;
   m_timeStep = timeStep;
-  numRows = numSweeps = 0;
+  numRows = numSweeps = numDirectRows = numFallbacks = 0;
   loadBodies(system);
   findIslands();
-  for (std::size_t island = 0; island < m_islands.size(); ++island) solveIsland(m_islands.items(island));
+  m_solvers.resize(m_islands.size());
+  for (std::size_t island = 0; island < m_islands.size(); ++island) solveIsland(island);
   storeVelocities();
   if (system.getSpace()) system.getSpace()->storeContactImpulses();
 }
@@ -112,11 +120,14 @@ void Solver::Step::findIslands()
   m_islands.build();
 }
 
-void Solver::Step::solveIsland(std::span<const Index> items)
+void Solver::Step::solveIsland(std::size_t island)
 {
+  const auto items = m_islands.items(island);
   m_rows.clear();
   m_forceTargets.clear();
   m_pointTargets.clear();
+  const bool tooManyRows = countDirectRows(items) > MAX_DIRECT_ROWS_WITH_CONTACTS;
+  m_contactsIterative = tooManyRows || m_solver->isForceIterative();
   const auto& constraints = m_system->getConstraints();
   for (const Index item : items) {
     if (item < constraints.size())
@@ -124,13 +135,34 @@ void Solver::Step::solveIsland(std::span<const Index> items)
     else
       addContact(m_contacts[item - constraints.size()]);
   }
+  const SplitSolver::Result result = m_solvers[island].solve(m_rows, m_solver->getNumRestingIterations());
   numRows += m_rows.getNumRows();
-  numSweeps = std::max(numSweeps, m_rows.solve(m_solver->getNumRestingIterations()));
+  numSweeps = std::max(numSweeps, result.sweeps);
+  numDirectRows += result.directRows;
+  if (result.fellBack || (tooManyRows && !m_pointTargets.empty())) ++numFallbacks;
   storeImpulses();
+}
+
+std::size_t Solver::Step::countDirectRows(std::span<const Index> items) const
+{
+  const auto& constraints = m_system->getConstraints();
+  std::size_t count = 0;
+  for (const Index item : items) {
+    if (item >= constraints.size()) {
+      count += m_contacts[item - constraints.size()].getNumPoints();
+    } else if (const Constraint& constraint = *constraints[item];
+               constraint.getSolveType() & Constraint::DIRECT) {
+      for (std::size_t i = 0; i < constraint.getNumElementaryConstraints(); ++i)
+        count += constraint.getElementaryConstraint(i)->getNumRows();
+    }
+  }
+  return count;
 }
 
 void Solver::Step::addConstraint(const Constraint& constraint)
 {
+  const bool iterative = m_solver->isForceIterative();
+  const UInt32 solveType = iterative ? UInt32(Constraint::ITERATIVE) : constraint.getSolveType();
   for (std::size_t i = 0; i < constraint.getNumElementaryConstraints(); ++i) {
     ElementaryConstraint& elementary = *constraint.getElementaryConstraint(i);
     if (!elementary.getEnable()) continue;
@@ -140,7 +172,7 @@ void Solver::Step::addConstraint(const Constraint& constraint)
       const Index bodies[2] = {indexOf(row.bodies[0]), indexOf(row.bodies[1])};
       for (const Index body : bodies) m_inIsland[body] = 1;
       // Joint rows start from nothing: the old impulses of a chain with a heavy end make it explode.
-      m_forceTargets.push_back({m_rows.add(row, bodies[0], bodies[1], m_timeStep, 0), row.force});
+      m_forceTargets.push_back({m_rows.add(row, bodies[0], bodies[1], m_timeStep, 0, solveType), row.force});
     }
   }
 }
@@ -186,7 +218,9 @@ void Solver::Step::addContactPoint(Index pointRow, const RigidBody* const (&bodi
   normal.lowerForce = 0;
   if (restitution > 0) applyRestitution(normal, indices, depth, restitution);
   const Vec3 impulse = points.impulse[pointRow] * WARM_START;
-  PointTarget target = {m_rows.add(normal, indices[0], indices[1], m_timeStep, impulse.x()), 0, pointRow};
+  PointTarget target = {m_rows.add(normal, indices[0], indices[1], m_timeStep, impulse.x(),
+                                   m_contactsIterative ? Constraint::ITERATIVE : Constraint::DIRECT),
+                        0, pointRow};
 
   const Vec3 slide = Vec3(points.velocity[pointRow]);
   ConstraintRow tangents[2] = {makeRow(Vec3(points.tangentU[pointRow])),
@@ -196,8 +230,9 @@ void Solver::Step::addContactPoint(Index pointRow, const RigidBody* const (&bodi
     row.compliance = FRICTION_COMPLIANCE;
     row.target = -(row.linear[0] * slide);
   }
-  target.friction = m_rows.addFriction(tangents[0], tangents[1], indices[0], indices[1], m_timeStep,
-                                       target.normal, friction, impulse.y(), impulse.z());
+  target.friction =
+      m_rows.addFriction(tangents[0], tangents[1], indices[0], indices[1], m_timeStep, target.normal,
+                         friction, impulse.y(), impulse.z(), Constraint::ITERATIVE);
   m_pointTargets.push_back(target);
 }
 
@@ -221,8 +256,9 @@ void Solver::Step::storeImpulses()
     if (target.force) *target.force = m_rows.getImpulse(target.row) / m_timeStep;
   const ContactPointRows& points = ContactPointRows::instance();
   for (const PointTarget& target : m_pointTargets) {
-    const auto& friction = m_rows.getFrictionImpulse(target.friction);
-    points.impulse[target.pointRow] = Vec3(m_rows.getImpulse(target.normal), friction[0], friction[1]);
+    points.impulse[target.pointRow] =
+        Vec3(m_rows.getImpulse(target.normal), m_rows.getFrictionImpulse(target.friction, 0),
+             m_rows.getFrictionImpulse(target.friction, 1));
     points.localForce[target.pointRow] = points.impulse[target.pointRow] / m_timeStep;
   }
 }

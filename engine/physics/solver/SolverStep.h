@@ -3,6 +3,8 @@
 #include "kelCollide/GeometryContact.h"
 #include "solver/Islands.h"
 #include "solver/RowSystem.h"
+#include "solver/SplitSolver.h"
+#include <deque>
 #include <vector>
 
 namespace kel {
@@ -17,6 +19,8 @@ public:
 
   UInt32 numRows = 0;
   UInt32 numSweeps = 0;
+  UInt32 numDirectRows = 0;
+  UInt32 numFallbacks = 0;
 
 private:
   /// Where the impulse of a constraint's row goes.
@@ -35,7 +39,9 @@ private:
 
   void loadBodies(const DynamicsSystem& system);
   void findIslands();
-  void solveIsland(std::span<const Index> items);
+  void solveIsland(std::size_t island);
+  /// Rows that an island gives to a direct solution.
+  std::size_t countDirectRows(std::span<const Index> items) const;
   void addConstraint(const Constraint& constraint);
   void addContact(const kelCollide::GeometryContact& contact);
   void addContactPoint(Index pointRow, const RigidBody* const (&bodies)[2], Real friction, Real restitution);
@@ -59,6 +65,9 @@ private:
   std::vector<kelCollide::GeometryContact> m_contacts; // those that act
   Islands m_islands;
   RowSystem m_rows;
+  std::deque<SplitSolver>
+      m_solvers; // of the islands; they keep what islands have in common with the last step's
+  bool m_contactsIterative = false; // in this island
   std::vector<ConstraintRow> m_buffer;
   std::vector<ForceTarget> m_forceTargets;
   std::vector<PointTarget> m_pointTargets;
