@@ -1,6 +1,7 @@
 #pragma once
 #include "kel/DynamicsSystem.h"
 #include "kelCollide/GeometryContact.h"
+#include "solver/ContactConstraints.h"
 #include "solver/Islands.h"
 #include "solver/RowSystem.h"
 #include "solver/SplitSolver.h"
@@ -13,7 +14,7 @@ namespace kel {
 class Solver::Step
 {
 public:
-  Step() : m_rows(m_bodies, m_velocities) {}
+  Step() : m_rows(m_bodies, m_velocities), m_contactConstraints(m_bodies, m_rows) {}
 
   void solve(const Solver& solver, DynamicsSystem& system, Real timeStep);
 
@@ -29,13 +30,6 @@ private:
     Index row;
     Real* force;
   };
-  /// Where the impulses of a contact point go.
-  struct PointTarget
-  {
-    Index normal;
-    Index friction;
-    Index pointRow;
-  };
 
   void loadBodies(const DynamicsSystem& system);
   void findIslands();
@@ -44,9 +38,6 @@ private:
   std::size_t countDirectRows(std::span<const Index> items) const;
   void addConstraint(const Constraint& constraint);
   void addContact(const kelCollide::GeometryContact& contact);
-  void addContactPoint(Index pointRow, const RigidBody* const (&bodies)[2], Real friction, Real restitution);
-  /// Makes the row of a contact's normal bounce, if the surfaces meet fast enough.
-  void applyRestitution(ConstraintRow& normal, const Index (&bodies)[2], Real depth, Real restitution) const;
   void storeImpulses();
   void storeVelocities();
   /// Number of a body among the solver's: 0 for one that does not move.
@@ -65,12 +56,11 @@ private:
   std::vector<kelCollide::GeometryContact> m_contacts; // those that act
   Islands m_islands;
   RowSystem m_rows;
-  std::deque<SplitSolver>
-      m_solvers; // of the islands; they keep what islands have in common with the last step's
-  bool m_contactsIterative = false; // in this island
+  ContactConstraints m_contactConstraints;
+  /// Of the islands; each knows what its island has in common with the one of the last step.
+  std::deque<SplitSolver> m_solvers;
   std::vector<ConstraintRow> m_buffer;
   std::vector<ForceTarget> m_forceTargets;
-  std::vector<PointTarget> m_pointTargets;
 };
 
 } // namespace kel
