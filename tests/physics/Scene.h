@@ -34,6 +34,9 @@ struct Scene
     return body.get();
   }
 
+  void setFriction(kel::Real coefficient) { material->getSurfaceMaterial()->setRoughness(coefficient); }
+  void setRestitution(kel::Real restitution) { material->getBulkMaterial()->setViscosity(1 - restitution); }
+
   void step(int steps)
   {
     for (int i = 0; i < steps; ++i) simulation->stepForward();

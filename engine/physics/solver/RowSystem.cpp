@@ -29,6 +29,24 @@ inline void addScaled(Real (&target)[6], const Real (&row)[6], Real factor)
   for (std::size_t i = 0; i < 3; ++i) *reinterpret_cast<Pair*>(&target[2 * i]) += load(row, i) * factor;
 }
 
+/// Brings an impulse into a rectangle of the half widths a and b, or, along itself, into the ellipse in it.
+inline void project(Real (&impulse)[2], Real a, Real b, bool isEllipse)
+{
+  if (!isEllipse || a == 0 || b == 0) {
+    impulse[0] = std::min(std::max(impulse[0], -a), a);
+    impulse[1] = std::min(std::max(impulse[1], -b), b);
+    return;
+  }
+  const Real x = impulse[0] * b;
+  const Real y = impulse[1] * a;
+  const Real length2 = x * x + y * y;
+  const Real limit = a * b;
+  if (length2 <= limit * limit) return;
+  const Real factor = limit / std::sqrt(length2);
+  impulse[0] *= factor;
+  impulse[1] *= factor;
+}
+
 inline Real diagonalOf(const ScaledRow& row) { return row.sigma + speed(row.j, row.j[0], row.j[1]); }
 
 } // namespace
@@ -117,18 +135,25 @@ Index RowSystem::add(const ConstraintRow& source, Index body1, Index body2, Real
   return static_cast<Index>(m_rows.size() - 1);
 }
 
+Real RowSystem::boundingImpulse(const FrictionBound& bound) const
+{
+  const Real normal = bound.normal == FrictionBound::NO_ROW ? 0 : m_rows[bound.normal].impulse;
+  return std::max(normal + bound.offset, Real(0));
+}
+
 Index RowSystem::addFriction(const ConstraintRow& u, const ConstraintRow& v, Index body1, Index body2,
-                             Real timeStep, Index normal, Real coefficient, Real impulseU, Real impulseV,
+                             Real timeStep, const FrictionBound& bound, Real impulseU, Real impulseV,
                              UInt32 solveType)
 {
   Friction& friction = m_frictions.emplace_back();
-  friction.normal = normal;
-  friction.coefficient = coefficient;
-  for (ScaledRow& row : friction.rows) {
+  friction.bound = bound;
+  const Real boundingImpulse = this->boundingImpulse(bound);
+  for (std::size_t k = 0; k < 2; ++k) {
+    ScaledRow& row = friction.rows[k];
     row.body[0] = body1;
     row.body[1] = body2;
     row.solveType = solveType;
-    row.upper = coefficient * m_rows[normal].impulse;
+    row.upper = bound.coefficients[k] * boundingImpulse;
     row.lower = -row.upper;
   }
   scale(u, timeStep, friction.rows[0]);
@@ -156,9 +181,11 @@ bool RowSystem::updateFrictionBounds()
 {
   bool changed = false;
   for (Friction& friction : m_frictions) {
-    const Real bound = friction.coefficient * m_rows[friction.normal].impulse;
-    for (ScaledRow& row : friction.rows) {
+    const Real impulse = boundingImpulse(friction.bound);
+    for (std::size_t k = 0; k < 2; ++k) {
+      ScaledRow& row = friction.rows[k];
       if (!(row.solveType & Constraint::DIRECT)) continue;
+      const Real bound = friction.bound.coefficients[k] * impulse;
       changed = changed || std::fabs(bound - row.upper) > 1e-3 * bound;
       row.upper = bound;
       row.lower = -bound;
@@ -212,8 +239,8 @@ bool RowSystem::sweepFrictions()
   for (Friction& friction : m_frictions) {
     auto& rows = friction.rows;
     if (!(rows[0].solveType & Constraint::ITERATIVE)) continue;
-    const Real bound = friction.coefficient * m_rows[friction.normal].impulse;
-    if (bound == 0 && rows[0].impulse == 0 && rows[1].impulse == 0) continue;
+    const Real bounding = boundingImpulse(friction.bound);
+    if (bounding == 0 && rows[0].impulse == 0 && rows[1].impulse == 0) continue;
     Real(&v1)[6] = m_velocities[rows[0].body[0]].v;
     Real(&v2)[6] = m_velocities[rows[0].body[1]].v;
     const Real inverseDiagonal = rows[0].inverseDiagonal;
@@ -222,10 +249,10 @@ bool RowSystem::sweepFrictions()
       const Real residual = rows[k].rhs - speed(rows[k].j, v1, v2) - rows[k].sigma * rows[k].impulse;
       impulse[k] = rows[k].impulse + residual * inverseDiagonal;
     }
-    const Real length2 = impulse[0] * impulse[0] + impulse[1] * impulse[1];
-    const Real factor = length2 > bound * bound ? bound / std::sqrt(length2) : 1;
+    project(impulse, friction.bound.coefficients[0] * bounding, friction.bound.coefficients[1] * bounding,
+            friction.bound.isCone);
     for (std::size_t k = 0; k < 2; ++k) {
-      const Real change = impulse[k] * factor - rows[k].impulse;
+      const Real change = impulse[k] - rows[k].impulse;
       rows[k].impulse += change;
       addScaled(v1, rows[k].j[0], change);
       addScaled(v2, rows[k].j[1], change);
