@@ -7,11 +7,9 @@ namespace kelCollide {
 class ElasticRestLengthCalculator
 {
 public:
-  /// The way through a shape's material, m, from a point on its surface along a direction into it, both in
-  /// the world; the depth of the contact, m, is part of it. A sphere counts with its diameter, any other
-  /// shape as the box around it; what has no end counts as 0: it does not yield.
-  static kel::Real calculateElasticRestLength(const Shape& shape, const kel::Vec3& point,
-                                              const kel::Vec3& direction, kel::Real depth);
+  /// The longest way through a shape along a direction of the world, m: a sphere's diameter, and for any other
+  /// shape that of the box around it in its own frame; 0 for what has no end, which does not yield.
+  static kel::Real calculateElasticRestLength(const Shape& shape, const kel::Vec3& direction);
 };
 
 } // namespace kelCollide

@@ -74,12 +74,9 @@ Real AreaStiffness::at(const ContactPoint& point) const
   const Vec3 normal(point.normal());
   const Real depth = std::max(point.depth(), LEAST_DEPTH);
   Real length = 0;
-  for (std::size_t side = 0; side < 2; ++side) {
-    const Shape* shape = m_contact.geometry(side)->getShape();
-    if (shape)
-      length += kelCollide::ElasticRestLengthCalculator::calculateElasticRestLength(
-          *shape, point.point(), side == 0 ? normal : -normal, depth);
-  }
+  for (std::size_t side = 0; side < 2; ++side)
+    if (const Shape* shape = m_contact.geometry(side)->getShape())
+      length += kelCollide::ElasticRestLengthCalculator::calculateElasticRestLength(*shape, normal);
   length =
       std::min(std::max(length, m_material.getMinElasticRestLength()), m_material.getMaxElasticRestLength());
   const Real area = m_hullShare > 0 ? m_hullShare : std::numbers::pi * length * depth;

@@ -181,17 +181,30 @@ bool RowSystem::updateFrictionBounds()
 {
   bool changed = false;
   for (Friction& friction : m_frictions) {
+    auto& rows = friction.rows;
+    if (!(rows[0].solveType & Constraint::DIRECT)) continue;
     const Real impulse = boundingImpulse(friction.bound);
+    Real limits[2] = {friction.bound.coefficients[0] * impulse, friction.bound.coefficients[1] * impulse};
+    if (friction.bound.isCone) limitAlongSliding(friction, limits);
     for (std::size_t k = 0; k < 2; ++k) {
-      ScaledRow& row = friction.rows[k];
-      if (!(row.solveType & Constraint::DIRECT)) continue;
-      const Real bound = friction.bound.coefficients[k] * impulse;
-      changed = changed || std::fabs(bound - row.upper) > 1e-3 * bound;
-      row.upper = bound;
-      row.lower = -bound;
+      changed = changed || std::fabs(limits[k] - rows[k].upper) > 1e-3 * limits[k];
+      rows[k].upper = limits[k];
+      rows[k].lower = -limits[k];
     }
   }
   return changed;
+}
+
+void RowSystem::limitAlongSliding(const Friction& friction, Real (&limits)[2]) const
+{
+  const auto& rows = friction.rows;
+  Real wanted[2];
+  for (std::size_t k = 0; k < 2; ++k)
+    wanted[k] = rows[k].impulse + residualOf(m_velocities, rows[k]) * rows[0].inverseDiagonal;
+  Real allowed[2] = {wanted[0], wanted[1]};
+  project(allowed, limits[0], limits[1], true);
+  if (allowed[0] == wanted[0] && allowed[1] == wanted[1]) return;
+  for (std::size_t k = 0; k < 2; ++k) limits[k] = std::fabs(allowed[k]);
 }
 
 void RowSystem::setIterative()

@@ -55,8 +55,7 @@ public:
   /// `Constraint::SolveType`. Returns the row's index.
   Index add(const ConstraintRow& row, Index body1, Index body2, Real timeStep, Real impulse,
             UInt32 solveType);
-  /// Adds two rows of friction, whose impulses stay within a bound. A direct solution takes a cone as the box
-  /// around it. Returns the index of the pair.
+  /// Adds two rows of friction, whose impulses stay within a bound. Returns the index of the pair.
   Index addFriction(const ConstraintRow& u, const ConstraintRow& v, Index body1, Index body2, Real timeStep,
                     const FrictionBound& bound, Real impulseU, Real impulseV, UInt32 solveType);
 
@@ -64,8 +63,8 @@ public:
   UInt32 sweep(UInt32 maxSweeps);
   /// The rows of a direct solution, friction last, in the order of their addition. Good until rows are added.
   void getDirectRows(std::vector<ScaledRow*>& rows);
-  /// Bounds the friction of the direct rows by the impulses of the normals; whether a bound changed by more
-  /// than a thousandth.
+  /// Bounds the friction of the direct rows by the impulses of the normals, and a cone by the box that touches
+  /// it where the sliding points; whether a bound changed by more than a thousandth.
   bool updateFrictionBounds();
   bool hasRowsOf(UInt32 solveType) const { return (m_solveTypes & solveType) != 0; }
   /// Makes all rows iterative.
@@ -92,6 +91,7 @@ private:
   void start(ScaledRow& row, Real impulse);
   /// What the coefficients of a bound are times of.
   Real boundingImpulse(const FrictionBound& bound) const;
+  void limitAlongSliding(const Friction& friction, Real (&limits)[2]) const;
   bool sweepRows();
   bool sweepFrictions();
 
