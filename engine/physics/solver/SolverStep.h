@@ -1,8 +1,11 @@
 #pragma once
 #include "kel/DynamicsSystem.h"
 #include "kelCollide/GeometryContact.h"
+#include "solver/ContactConstraints.h"
 #include "solver/Islands.h"
 #include "solver/RowSystem.h"
+#include "solver/SplitSolver.h"
+#include <deque>
 #include <vector>
 
 namespace kel {
@@ -11,12 +14,14 @@ namespace kel {
 class Solver::Step
 {
 public:
-  Step() : m_rows(m_bodies, m_velocities) {}
+  Step() : m_rows(m_bodies, m_velocities), m_contactConstraints(m_bodies, m_rows) {}
 
   void solve(const Solver& solver, DynamicsSystem& system, Real timeStep);
 
   UInt32 numRows = 0;
   UInt32 numSweeps = 0;
+  UInt32 numDirectRows = 0;
+  UInt32 numFallbacks = 0;
 
 private:
   /// Where the impulse of a constraint's row goes.
@@ -25,22 +30,14 @@ private:
     Index row;
     Real* force;
   };
-  /// Where the impulses of a contact point go.
-  struct PointTarget
-  {
-    Index normal;
-    Index friction;
-    Index pointRow;
-  };
 
   void loadBodies(const DynamicsSystem& system);
   void findIslands();
-  void solveIsland(std::span<const Index> items);
+  void solveIsland(std::size_t island);
+  /// Rows that an island gives to a direct solution.
+  std::size_t countDirectRows(std::span<const Index> items) const;
   void addConstraint(const Constraint& constraint);
   void addContact(const kelCollide::GeometryContact& contact);
-  void addContactPoint(Index pointRow, const RigidBody* const (&bodies)[2], Real friction, Real restitution);
-  /// Makes the row of a contact's normal bounce, if the surfaces meet fast enough.
-  void applyRestitution(ConstraintRow& normal, const Index (&bodies)[2], Real depth, Real restitution) const;
   void storeImpulses();
   void storeVelocities();
   /// Number of a body among the solver's: 0 for one that does not move.
@@ -59,9 +56,11 @@ private:
   std::vector<kelCollide::GeometryContact> m_contacts; // those that act
   Islands m_islands;
   RowSystem m_rows;
+  ContactConstraints m_contactConstraints;
+  /// Of the islands; each knows what its island has in common with the one of the last step.
+  std::deque<SplitSolver> m_solvers;
   std::vector<ConstraintRow> m_buffer;
   std::vector<ForceTarget> m_forceTargets;
-  std::vector<PointTarget> m_pointTargets;
 };
 
 } // namespace kel
