@@ -11,8 +11,8 @@ class OdeEngine : public Engine
 public:
   using Step = int (*)(dWorldID, dReal);
 
-  OdeEngine(double timeStep, const Surface& surface, Step step)
-      : m_timeStep(timeStep), m_surface(surface), m_step(step)
+  OdeEngine(double timeStep, const Surface& surface, Step stepper)
+      : m_timeStep(timeStep), m_surface(surface), m_step(stepper)
   {
     dWorldSetGravity(m_world, 0, 0, -GRAVITY);
     dWorldSetQuickStepNumIterations(m_world, 50); // as many as ours

@@ -10,6 +10,9 @@ namespace {
 /// A row is met when its velocity changes by less than this in a sweep, m/s.
 constexpr Real TOLERANCE = 1e-8;
 
+/// Least damping of rows that the step does not resolve, steps.
+constexpr Real LEAST_DAMPING_STEPS = 1;
+
 /// Two numbers side by side: the compiler's vectors, in registers of any processor.
 typedef Real Pair __attribute__((vector_size(16), aligned(8), may_alias));
 
@@ -47,7 +50,16 @@ inline void project(Real (&impulse)[2], Real a, Real b, bool isEllipse)
   impulse[1] *= factor;
 }
 
-inline Real diagonalOf(const ScaledRow& row) { return row.sigma + speed(row.j, row.j[0], row.j[1]); }
+/// Inverse of the mass that a row moves.
+inline Real inverseMassOf(const ScaledRow& row) { return speed(row.j, row.j[0], row.j[1]); }
+
+/// The damping of a row, s, whose spring swings too fast for the step: such a row gains energy when its
+/// direction turns, unless a violation takes some steps to go.
+Real dampingOf(const ConstraintRow& source, Real inverseMass, Real timeStep)
+{
+  const bool isResolved = inverseMass * timeStep * timeStep < source.compliance;
+  return isResolved ? source.damping : std::max(source.damping, LEAST_DAMPING_STEPS * timeStep);
+}
 
 } // namespace
 
@@ -89,9 +101,10 @@ void RowSystem::scale(const ConstraintRow& source, Real timeStep, ScaledRow& row
     imposedSpeed += bodySpeed;
     row.body[side] = 0;
   }
+  const Real inverseMass = inverseMassOf(row);
   switch (source.form) {
   case ConstraintRow::AVERAGED: {
-    const Real gamma = 1 / (1 + 4 * source.damping / h);
+    const Real gamma = 1 / (1 + 4 * dampingOf(source, inverseMass, h) / h);
     row.sigma = 4 * source.compliance * gamma / (h * h);
     row.rhs = -4 * gamma / h * source.target + gamma * oldSpeed;
     break;
@@ -106,8 +119,9 @@ void RowSystem::scale(const ConstraintRow& source, Real timeStep, ScaledRow& row
     break;
   }
   row.rhs -= imposedSpeed;
-  const bool isSolvable = std::isfinite(row.rhs) && std::isfinite(diagonalOf(row)) && diagonalOf(row) > 0;
-  row.inverseDiagonal = isSolvable ? 1 / diagonalOf(row) : 0;
+  const Real diagonal = inverseMass + row.sigma;
+  const bool isSolvable = std::isfinite(row.rhs) && std::isfinite(diagonal) && diagonal > 0;
+  row.inverseDiagonal = isSolvable ? 1 / diagonal : 0;
   if (!isSolvable) {
     row.solveType = 0;
     row.body[0] = row.body[1] = 0;

@@ -76,7 +76,8 @@ void Solver::Step::findIslands()
   m_islands.reset(m_bodies.size());
   for (const auto& constraint : m_system->getConstraints()) {
     Index last = 0;
-    for (std::size_t i = 0; constraint->getEnable() && i < constraint->getNumBodies(); ++i) {
+    const bool acts = constraint->getEnable() && constraint->getValid();
+    for (std::size_t i = 0; acts && i < constraint->getNumBodies(); ++i) {
       const Index node = movableIndexOf(constraint->getBodyAt(i));
       m_islands.join(last, node);
       if (node) last = node;
@@ -104,7 +105,8 @@ void Solver::Step::solveIsland(std::size_t island)
 {
   const auto items = m_islands.items(island);
   m_rows.clear();
-  m_forceTargets.clear();
+  m_constraints.clear();
+  m_constraintRows.clear();
   const bool tooManyRows = countDirectRows(items) > MAX_DIRECT_ROWS_WITH_CONTACTS;
   m_contactConstraints.clear(!tooManyRows && !m_solver->isForceIterative());
   const auto& constraints = m_system->getConstraints();
@@ -119,7 +121,7 @@ void Solver::Step::solveIsland(std::size_t island)
   numSweeps = std::max(numSweeps, result.sweeps);
   numDirectRows += result.directRows;
   if (result.fellBack || (tooManyRows && !m_contactConstraints.empty())) ++numFallbacks;
-  storeImpulses();
+  storeForces();
 }
 
 std::size_t Solver::Step::countDirectRows(std::span<const Index> items) const
@@ -131,28 +133,25 @@ std::size_t Solver::Step::countDirectRows(std::span<const Index> items) const
       count += m_contacts[item - constraints.size()].getNumPoints();
     } else if (const Constraint& constraint = *constraints[item];
                constraint.getSolveType() & Constraint::DIRECT) {
-      for (std::size_t i = 0; i < constraint.getNumElementaryConstraints(); ++i)
-        count += constraint.getElementaryConstraint(i)->getNumRows();
+      count += constraint.getNumDOF() + constraint.getNumSecondaryConstraints();
     }
   }
   return count;
 }
 
-void Solver::Step::addConstraint(const Constraint& constraint)
+void Solver::Step::addConstraint(Constraint& constraint)
 {
   const bool iterative = m_solver->isForceIterative();
   const UInt32 solveType = iterative ? UInt32(Constraint::ITERATIVE) : constraint.getSolveType();
-  for (std::size_t i = 0; i < constraint.getNumElementaryConstraints(); ++i) {
-    ElementaryConstraint& elementary = *constraint.getElementaryConstraint(i);
-    if (!elementary.getEnable()) continue;
-    m_buffer.clear();
-    elementary.rows(m_timeStep, m_buffer);
-    for (const ConstraintRow& row : m_buffer) {
-      const Index bodies[2] = {indexOf(row.bodies[0]), indexOf(row.bodies[1])};
-      for (const Index body : bodies) m_inIsland[body] = 1;
-      // Joint rows start from nothing: the old impulses of a chain with a heavy end make it explode.
-      m_forceTargets.push_back({m_rows.add(row, bodies[0], bodies[1], m_timeStep, 0, solveType), row.force});
-    }
+  const std::size_t begin = m_constraintRows.size();
+  m_constraints.push_back({&constraint, begin});
+  constraint.rows(m_timeStep, m_constraintRows);
+  for (std::size_t i = begin; i < m_constraintRows.size(); ++i) {
+    const ConstraintRow& row = m_constraintRows[i];
+    const Index bodies[2] = {indexOf(row.bodies[0]), indexOf(row.bodies[1])};
+    for (const Index body : bodies) m_inIsland[body] = 1;
+    // They start from nothing: the old impulses of a chain with a heavy end make it explode.
+    m_rows.add(row, bodies[0], bodies[1], m_timeStep, 0, solveType);
   }
 }
 
@@ -163,10 +162,19 @@ void Solver::Step::addContact(const GeometryContact& contact)
   m_contactConstraints.add(contact, bodies);
 }
 
-void Solver::Step::storeImpulses()
+void Solver::Step::storeForces()
 {
-  for (const ForceTarget& target : m_forceTargets)
-    if (target.force) *target.force = m_rows.getImpulse(target.row) / m_timeStep;
+  m_forces.clear();
+  for (Index row = 0; row < m_constraintRows.size(); ++row)
+    m_forces.push_back(m_rows.getImpulse(row) / m_timeStep);
+  std::span<const ConstraintRow> rows = m_constraintRows;
+  std::span<const Real> forces = m_forces;
+  for (std::size_t i = m_constraints.size(); i-- > 0;) {
+    const auto& [constraint, begin] = m_constraints[i];
+    constraint->storeForces(rows.subspan(begin), forces.subspan(begin));
+    rows = rows.first(begin);
+    forces = forces.first(begin);
+  }
   m_contactConstraints.storeImpulses();
 }
 

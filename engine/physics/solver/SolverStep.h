@@ -24,11 +24,11 @@ public:
   UInt32 numFallbacks = 0;
 
 private:
-  /// Where the impulse of a constraint's row goes.
-  struct ForceTarget
+  /// A constraint of the island and its first row.
+  struct ConstraintRows
   {
-    Index row;
-    Real* force;
+    Constraint* constraint;
+    std::size_t begin;
   };
 
   void loadBodies(const DynamicsSystem& system);
@@ -36,9 +36,9 @@ private:
   void solveIsland(std::size_t island);
   /// Rows that an island gives to a direct solution.
   std::size_t countDirectRows(std::span<const Index> items) const;
-  void addConstraint(const Constraint& constraint);
+  void addConstraint(Constraint& constraint);
   void addContact(const kelCollide::GeometryContact& contact);
-  void storeImpulses();
+  void storeForces();
   void storeVelocities();
   /// Number of a body among the solver's: 0 for one that does not move.
   Index indexOf(const RigidBody* body) const;
@@ -59,8 +59,9 @@ private:
   ContactConstraints m_contactConstraints;
   /// Of the islands; each knows what its island has in common with the one of the last step.
   std::deque<SplitSolver> m_solvers;
-  std::vector<ConstraintRow> m_buffer;
-  std::vector<ForceTarget> m_forceTargets;
+  std::vector<ConstraintRows> m_constraints;
+  std::vector<ConstraintRow> m_constraintRows; // of these, in their order: the first rows of the island
+  std::vector<Real> m_forces;                  // of these rows, N
 };
 
 } // namespace kel
