@@ -16,7 +16,7 @@ struct ContactRows
   kel::ref_ptr<kelData::EntityStorage> storage;
   Geometry** geometry1 = nullptr;
   Geometry** geometry2 = nullptr;
-  const ContactPoint** points = nullptr; ///< the first of them, in the space
+  ContactPoint** points = nullptr; ///< the first of them, in the space
   kel::UInt32* numPoints = nullptr;
   bool* enabled = nullptr;
   kel::ContactMaterial** material = nullptr; ///< held by the row

@@ -161,6 +161,7 @@ void Simulation::stepForward()
   if (m_space) {
     m_space->update();
     m_materialManager->assign(m_space->getGeometryContacts());
+    m_space->reduceContacts();
   }
   m_events->stepEvent(StepEventListener::PRE_STEP, getTimeStamp());
   const Real timeStep = getTimeStep();
