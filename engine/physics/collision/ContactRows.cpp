@@ -26,7 +26,7 @@ ContactRows::ContactRows()
   layout.readOnlyColumn("points", points);
   layout.readOnlyColumn("numPoints", numPoints);
   layout.column("enabled", enabled, true);
-  layout.column("material", material);
+  layout.readOnlyColumn("material", material);
   storage = layout.createStorage();
   storage->setUseInstanceTable(false);
 }
