@@ -1,11 +1,11 @@
 #include "collision/Detector.h"
 #include "collision/ContactRows.h"
 #include "collision/GeometryRows.h"
+#include "kel/FrictionModel.h"
 #include "kel/Logger.h"
 #include "kel/RigidBody.h"
 #include <BulletCollision/BroadphaseCollision/btAxisSweep3.h>
 #include <algorithm>
-#include <cmath>
 
 namespace kelCollide {
 
@@ -40,17 +40,6 @@ bool isDynamic(const Geometry& geometry)
 {
   const kel::RigidBody* body = geometry.getRigidBody();
   return body && body->getMotionControl() == kel::RigidBody::DYNAMICS;
-}
-
-/// Two unit vectors that make a right-handed system with a unit normal: (u, v, n).
-void makeTangents(const Vec3& n, Vec3& u, Vec3& v)
-{
-  if (std::fabs(n.z()) > 0.7071067811865476) {
-    u = Vec3(0, -n.z(), n.y()).normal();
-  } else {
-    u = Vec3(-n.y(), n.x(), 0).normal();
-  }
-  v = cross(n, u);
 }
 
 /// Whether a shape has a form and a place. What a script has sent out of all bounds would touch everything.
@@ -88,6 +77,7 @@ Space::Detector::~Detector()
 {
   for (auto& [order, item] : m_items)
     if (item.object.getBroadphaseHandle()) m_world.removeCollisionObject(&item.object);
+  releaseMaterials();
   for (const GeometryContact& row : m_contactRows) ContactRows::instance().storage->destroyInstance(row);
   for (const ContactPoint& row : m_points) ContactPointRows::instance().storage->destroyInstance(row);
 }
@@ -186,6 +176,7 @@ void Space::Detector::findContacts(std::vector<GeometryContact>& contacts)
   std::size_t numPoints = 0;
   for (const Touching& t : touching) numPoints += static_cast<std::size_t>(t.manifold->getNumContacts());
   reserveRows(touching.size(), numPoints);
+  releaseMaterials();
 
   contacts.clear();
   const ContactRows& rows = ContactRows::instance();
@@ -217,6 +208,11 @@ void Space::Detector::reserveRows(std::size_t numContacts, std::size_t numPoints
     m_points.emplace_back(ContactPointRows::instance().storage->createInstance());
 }
 
+void Space::Detector::releaseMaterials()
+{
+  for (const GeometryContact& row : m_contactRows) ContactRows::instance().setMaterial(row.getId(), nullptr);
+}
+
 void Space::Detector::writePoint(kel::Index row, btManifoldPoint& source, GeometryContact contact,
                                  bool swapped)
 {
@@ -224,7 +220,7 @@ void Space::Detector::writePoint(kel::Index row, btManifoldPoint& source, Geomet
   const Vec3 normal = fromBullet(source.m_normalWorldOnB) * (swapped ? -1.0 : 1.0);
   Vec3 u;
   Vec3 v;
-  makeTangents(normal, u, v);
+  kel::FrictionModel::calculateTangentPlane(normal, u, v);
   rows.point[row] = fromBullet((source.getPositionWorldOnA() + source.getPositionWorldOnB()) * 0.5);
   rows.normal[row] = Vec3f(normal);
   rows.tangentU[row] = Vec3f(u);
@@ -234,6 +230,7 @@ void Space::Detector::writePoint(kel::Index row, btManifoldPoint& source, Geomet
   rows.impulse[row] =
       Vec3(source.m_appliedImpulse, source.m_appliedImpulseLateral1, source.m_appliedImpulseLateral2);
   rows.depth[row] = -source.getDistance();
+  rows.area[row] = 0;
   rows.enabled[row] = true;
   rows.source[row] = &source;
 }

@@ -46,6 +46,7 @@ private:
   };
   std::vector<Touching> findTouching();
   void reserveRows(std::size_t numContacts, std::size_t numPoints);
+  void releaseMaterials();
   static void writePoint(kel::Index row, btManifoldPoint& source, GeometryContact contact, bool swapped);
 
   btDefaultCollisionConfiguration m_configuration;

@@ -1,5 +1,6 @@
 #pragma once
 #include "kel/ConstraintRow.h"
+#include "kel/ContactMaterial.h"
 #include "kelCollide/GeometryContact.h"
 #include "solver/RowSystem.h"
 #include <vector>
@@ -29,14 +30,33 @@ private:
   struct Target
   {
     Index normal;
-    Index friction;
+    Index friction; // NO_ROW without friction
     Index pointRow;
   };
+  /// What the points of a contact have in common.
+  struct Common
+  {
+    const kelCollide::GeometryContact& contact;
+    const ContactMaterial& material;
+    Index bodies[2];
+    Vec3 centers[2];
+    Real adhesion;     // share of a point, N
+    UInt32 normalType; // solve types of the rows
+    UInt32 frictionType;
+  };
 
-  void addPoint(Index pointRow, const Index (&bodies)[2], const Vec3 (&centers)[2], Real friction,
-                Real restitution);
+  void setSolveTypes(Common& common) const;
+  void addPoint(const Common& common, Index pointRow, Real stiffness);
+  ConstraintRow makeNormal(const Common& common, Index pointRow, Real stiffness) const;
   /// Makes the row of a contact's normal bounce, if the surfaces meet fast enough.
-  void applyRestitution(ConstraintRow& normal, const Index (&bodies)[2], Real depth, Real restitution) const;
+  void applyRestitution(const Common& common, ConstraintRow& normal, Real depth) const;
+  /// The bound of friction where the normal force has one.
+  FrictionBound makeBound(const Common& common, Index pointRow, FrictionBound bound) const;
+  Index addFriction(const Common& common, Index pointRow, const FrictionBound& bound);
+  /// Adds what resists rolling and twisting.
+  void addResistance(const Common& common, Index pointRow, const FrictionBound& bound);
+  Index addPair(const Common& common, const ConstraintRow (&rows)[2], const FrictionBound& bound,
+                const Vec3& impulse);
 
   const std::vector<SolverBody>& m_bodies;
   RowSystem& m_rows;
@@ -44,6 +64,7 @@ private:
   Real m_impactSpeedThreshold = 0;
   bool m_allowDirect = true;
   std::vector<Target> m_targets;
+  ref_ptr<ContactMaterial> m_unassigned; // of the contact that is added, where nobody gave it one
 };
 
 } // namespace kel

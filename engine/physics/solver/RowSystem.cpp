@@ -43,6 +43,24 @@ Real dampingOf(const ConstraintRow& source, Real inverseMass, Real timeStep)
   return isResolved ? source.damping : std::max(source.damping, LEAST_DAMPING_STEPS * timeStep);
 }
 
+/// Brings an impulse into a rectangle of the half widths a and b, or, along itself, into the ellipse in it.
+inline void project(Real (&impulse)[2], Real a, Real b, bool isEllipse)
+{
+  if (!isEllipse || a == 0 || b == 0) {
+    impulse[0] = std::min(std::max(impulse[0], -a), a);
+    impulse[1] = std::min(std::max(impulse[1], -b), b);
+    return;
+  }
+  const Real x = impulse[0] * b;
+  const Real y = impulse[1] * a;
+  const Real length2 = x * x + y * y;
+  const Real limit = a * b;
+  if (length2 <= limit * limit) return;
+  const Real factor = limit / std::sqrt(length2);
+  impulse[0] *= factor;
+  impulse[1] *= factor;
+}
+
 } // namespace
 
 Real dot(const Real (&a)[6], const Real (&b)[6])
@@ -131,18 +149,25 @@ Index RowSystem::add(const ConstraintRow& source, Index body1, Index body2, Real
   return static_cast<Index>(m_rows.size() - 1);
 }
 
+Real RowSystem::boundingImpulse(const FrictionBound& bound) const
+{
+  const Real normal = bound.normal == FrictionBound::NO_ROW ? 0 : m_rows[bound.normal].impulse;
+  return std::max(normal + bound.offset, Real(0));
+}
+
 Index RowSystem::addFriction(const ConstraintRow& u, const ConstraintRow& v, Index body1, Index body2,
-                             Real timeStep, Index normal, Real coefficient, Real impulseU, Real impulseV,
+                             Real timeStep, const FrictionBound& bound, Real impulseU, Real impulseV,
                              UInt32 solveType)
 {
   Friction& friction = m_frictions.emplace_back();
-  friction.normal = normal;
-  friction.coefficient = coefficient;
-  for (ScaledRow& row : friction.rows) {
+  friction.bound = bound;
+  const Real boundingImpulse = this->boundingImpulse(bound);
+  for (std::size_t k = 0; k < 2; ++k) {
+    ScaledRow& row = friction.rows[k];
     row.body[0] = body1;
     row.body[1] = body2;
     row.solveType = solveType;
-    row.upper = coefficient * m_rows[normal].impulse;
+    row.upper = bound.coefficients[k] * boundingImpulse;
     row.lower = -row.upper;
   }
   scale(u, timeStep, friction.rows[0]);
@@ -170,15 +195,30 @@ bool RowSystem::updateFrictionBounds()
 {
   bool changed = false;
   for (Friction& friction : m_frictions) {
-    const Real bound = friction.coefficient * m_rows[friction.normal].impulse;
-    for (ScaledRow& row : friction.rows) {
-      if (!(row.solveType & Constraint::DIRECT)) continue;
-      changed = changed || std::fabs(bound - row.upper) > 1e-3 * bound;
-      row.upper = bound;
-      row.lower = -bound;
+    auto& rows = friction.rows;
+    if (!(rows[0].solveType & Constraint::DIRECT)) continue;
+    const Real impulse = boundingImpulse(friction.bound);
+    Real limits[2] = {friction.bound.coefficients[0] * impulse, friction.bound.coefficients[1] * impulse};
+    if (friction.bound.isCone) limitAlongSliding(friction, limits);
+    for (std::size_t k = 0; k < 2; ++k) {
+      changed = changed || std::fabs(limits[k] - rows[k].upper) > 1e-3 * limits[k];
+      rows[k].upper = limits[k];
+      rows[k].lower = -limits[k];
     }
   }
   return changed;
+}
+
+void RowSystem::limitAlongSliding(const Friction& friction, Real (&limits)[2]) const
+{
+  const auto& rows = friction.rows;
+  Real wanted[2];
+  for (std::size_t k = 0; k < 2; ++k)
+    wanted[k] = rows[k].impulse + residualOf(m_velocities, rows[k]) * rows[0].inverseDiagonal;
+  Real allowed[2] = {wanted[0], wanted[1]};
+  project(allowed, limits[0], limits[1], true);
+  if (allowed[0] == wanted[0] && allowed[1] == wanted[1]) return;
+  for (std::size_t k = 0; k < 2; ++k) limits[k] = std::fabs(allowed[k]);
 }
 
 void RowSystem::setIterative()
@@ -226,8 +266,8 @@ bool RowSystem::sweepFrictions()
   for (Friction& friction : m_frictions) {
     auto& rows = friction.rows;
     if (!(rows[0].solveType & Constraint::ITERATIVE)) continue;
-    const Real bound = friction.coefficient * m_rows[friction.normal].impulse;
-    if (bound == 0 && rows[0].impulse == 0 && rows[1].impulse == 0) continue;
+    const Real bounding = boundingImpulse(friction.bound);
+    if (bounding == 0 && rows[0].impulse == 0 && rows[1].impulse == 0) continue;
     Real(&v1)[6] = m_velocities[rows[0].body[0]].v;
     Real(&v2)[6] = m_velocities[rows[0].body[1]].v;
     const Real inverseDiagonal = rows[0].inverseDiagonal;
@@ -236,10 +276,10 @@ bool RowSystem::sweepFrictions()
       const Real residual = rows[k].rhs - speed(rows[k].j, v1, v2) - rows[k].sigma * rows[k].impulse;
       impulse[k] = rows[k].impulse + residual * inverseDiagonal;
     }
-    const Real length2 = impulse[0] * impulse[0] + impulse[1] * impulse[1];
-    const Real factor = length2 > bound * bound ? bound / std::sqrt(length2) : 1;
+    project(impulse, friction.bound.coefficients[0] * bounding, friction.bound.coefficients[1] * bounding,
+            friction.bound.isCone);
     for (std::size_t k = 0; k < 2; ++k) {
-      const Real change = impulse[k] * factor - rows[k].impulse;
+      const Real change = impulse[k] - rows[k].impulse;
       rows[k].impulse += change;
       addScaled(v1, rows[k].j[0], change);
       addScaled(v2, rows[k].j[1], change);

@@ -25,6 +25,18 @@ struct ScaledRow
   UInt32 solveType; ///< bits of `Constraint::SolveType`
 };
 
+/// What bounds the impulse of two rows of friction: a coefficient for each, times the impulse of the row
+/// `normal`, if there is one, plus `offset` in N s.
+struct FrictionBound
+{
+  static constexpr Index NO_ROW = 0xFFFFFFFF;
+
+  Real coefficients[2] = {0, 0};
+  Real offset = 0;
+  Index normal = NO_ROW;
+  bool isCone = true; ///< both together, in an ellipse, or each for itself
+};
+
 /// Scalar product of two rows of six.
 Real dot(const Real (&a)[6], const Real (&b)[6]);
 
@@ -43,18 +55,16 @@ public:
   /// `Constraint::SolveType`. Returns the row's index.
   Index add(const ConstraintRow& row, Index body1, Index body2, Real timeStep, Real impulse,
             UInt32 solveType);
-  /// Adds two rows of friction, whose impulses together stay within `coefficient` times that of row `normal`:
-  /// the friction cone. A direct solution keeps them within the square that has the cone's width. Returns the
-  /// index of the pair.
+  /// Adds two rows of friction, whose impulses stay within a bound. Returns the index of the pair.
   Index addFriction(const ConstraintRow& u, const ConstraintRow& v, Index body1, Index body2, Real timeStep,
-                    Index normal, Real coefficient, Real impulseU, Real impulseV, UInt32 solveType);
+                    const FrictionBound& bound, Real impulseU, Real impulseV, UInt32 solveType);
 
   /// Sweeps over the iterative rows until they are met or `maxSweeps` is reached; returns the sweeps.
   UInt32 sweep(UInt32 maxSweeps);
   /// The rows of a direct solution, friction last, in the order of their addition. Good until rows are added.
   void getDirectRows(std::vector<ScaledRow*>& rows);
-  /// Bounds the friction of the direct rows by the impulses of the normals; whether a bound changed by more
-  /// than a thousandth.
+  /// Bounds the friction of the direct rows by the impulses of the normals, and a cone by the box that touches
+  /// it where the sliding points; whether a bound changed by more than a thousandth.
   bool updateFrictionBounds();
   bool hasRowsOf(UInt32 solveType) const { return (m_solveTypes & solveType) != 0; }
   /// Makes all rows iterative.
@@ -74,12 +84,14 @@ private:
   struct Friction
   {
     ScaledRow rows[2];
-    Real coefficient;
-    Index normal;
+    FrictionBound bound;
   };
 
   void scale(const ConstraintRow& source, Real timeStep, ScaledRow& row);
   void start(ScaledRow& row, Real impulse);
+  /// What the coefficients of a bound are times of.
+  Real boundingImpulse(const FrictionBound& bound) const;
+  void limitAlongSliding(const Friction& friction, Real (&limits)[2]) const;
   bool sweepRows();
   bool sweepFrictions();
 
