@@ -74,14 +74,10 @@ void writeTangents(const FrictionModel& model, const GeometryContact& contact, I
 
 } // namespace
 
-void ContactConstraints::begin(Real timeStep, Real impactSpeedThreshold)
+void ContactConstraints::begin(Real timeStep, Real impactSpeedThreshold, bool allowDirect)
 {
   m_timeStep = timeStep;
   m_impactSpeedThreshold = impactSpeedThreshold;
-}
-
-void ContactConstraints::clear(bool allowDirect)
-{
   m_allowDirect = allowDirect;
   m_targets.clear();
 }

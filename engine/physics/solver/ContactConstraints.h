@@ -15,10 +15,9 @@ public:
   ContactConstraints(const std::vector<SolverBody>& bodies, RowSystem& rows) : m_bodies(bodies), m_rows(rows)
   {}
 
-  /// Starts a step of `timeStep` seconds, in which contacts bounce that close faster than a speed in m/s.
-  void begin(Real timeStep, Real impactSpeedThreshold);
-  /// Forgets the contacts that were added; says whether rows of those to come may be solved directly.
-  void clear(bool allowDirect);
+  /// Starts a step of `timeStep` seconds without contacts. Those to come bounce if they close faster than a
+  /// speed in m/s; their rows may be solved directly, or all by iteration.
+  void begin(Real timeStep, Real impactSpeedThreshold, bool allowDirect);
   bool empty() const { return m_targets.empty(); }
   /// Adds the rows of a contact between two of the bodies.
   void add(const kelCollide::GeometryContact& contact, const Index (&bodies)[2]);
