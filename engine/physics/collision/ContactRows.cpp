@@ -46,7 +46,6 @@ ContactPointRows::ContactPointRows()
   layout.column("impulse", impulse);
   layout.column("depth", depth);
   layout.column("enabled", enabled, true);
-  layout.column("source", source);
   storage = layout.createStorage();
   storage->setUseInstanceTable(false);
 }

@@ -35,7 +35,6 @@ struct ContactPointRows
   kel::Vec3* impulse = nullptr;    ///< N s, the same; before the solution where it starts
   kel::Real* depth = nullptr;      ///< m
   bool* enabled = nullptr;
-  void** source = nullptr; ///< the detector's point
 
   static const ContactPointRows& instance();
 

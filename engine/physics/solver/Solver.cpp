@@ -52,7 +52,6 @@ void Solver::Step::solve(const Solver& solver, DynamicsSystem& system, Real time
   findIslands();
   for (std::size_t island = 0; island < m_islands.size(); ++island) solveIsland(m_islands.items(island));
   storeVelocities();
-  if (system.getSpace()) system.getSpace()->storeContactImpulses();
 }
 
 void Solver::Step::loadBodies(const DynamicsSystem& system)
