@@ -55,8 +55,8 @@ ContactPointRows::ContactPointRows()
   layout.readOnlyColumn("impulse", impulse);
   layout.column("depth", depth);
   layout.column("area", area);
+  layout.readOnlyColumn("boundingForce", boundingForce);
   layout.column("enabled", enabled, true);
-  layout.readOnlyColumn("source", source);
   storage = layout.createStorage();
   storage->setUseInstanceTable(false);
 }

@@ -1,6 +1,5 @@
 #include "solver/ContactConstraints.h"
 #include "collision/ContactRows.h"
-#include "kel/BoxFrictionModel.h"
 #include "kel/Constraint.h"
 #include "kelCollide/Geometry.h"
 #include "solver/AreaStiffness.h"
@@ -52,24 +51,6 @@ ConstraintRow makeTurningRow(const Vec3& axis, Real compliance)
   row.angular[0] = axis;
   row.angular[1] = -axis;
   return row;
-}
-
-/// Takes over a model's tangents as far as they span a plane with the normal.
-void writeTangents(const FrictionModel& model, const GeometryContact& contact, Index pointRow)
-{
-  const ContactPointRows& points = ContactPointRows::instance();
-  const Vec3 normal(points.normal[pointRow]);
-  Vec3 u;
-  Vec3 v;
-  model.calculateTangentPlane(contact.geometry(0), contact.geometry(1), points.point[pointRow], normal,
-                              points.depth[pointRow], u, v);
-  u -= normal * (u * normal);
-  const Real length = u.length();
-  if (!(length > 1e-6 && std::isfinite(length))) return;
-  u /= length;
-  const Vec3 across = cross(normal, u);
-  points.tangentU[pointRow] = Vec3f(u);
-  points.tangentV[pointRow] = Vec3f(v * across < 0 ? -across : across);
 }
 
 } // namespace
@@ -141,8 +122,6 @@ void ContactConstraints::addPoint(const Common& common, Index pointRow, Real sti
   FrictionBound bound;
   bound.normal = normal;
   if (points.depth[pointRow] > 0) bound.offset = common.adhesion * m_timeStep;
-  if (const FrictionModel* model = material.getFrictionModel())
-    writeTangents(*model, common.contact, pointRow);
   if (material.getSurfaceFrictionEnabled())
     target.friction = addFriction(common, pointRow, makeBound(common, pointRow, bound));
   if (material.getRollingResistanceCoefficient() > 0 || material.getTwistingResistanceCoefficient() > 0)
@@ -200,17 +179,12 @@ void ContactConstraints::applyRestitution(const Common& common, ConstraintRow& n
 
 FrictionBound ContactConstraints::makeBound(const Common& common, Index pointRow, FrictionBound bound) const
 {
-  const ContactPointRows& points = ContactPointRows::instance();
   for (UInt32 k = 0; k < 2; ++k) bound.coefficients[k] = common.material.getFrictionCoefficient(k);
   const FrictionModel* model = common.material.getFrictionModel();
   if (!model) return bound;
   bound.isCone = (model->getCallbackMask() & FrictionModel::ITERATIVE_PROJECTION) != 0;
-  if (const auto* box = dynamic_cast<const BoxFrictionModel*>(model)) {
-    const GeometryContact& contact = common.contact;
-    const Real force = box->calculateNormalForce(
-        contact.geometry(0), contact.geometry(1), points.point[pointRow], Vec3(points.normal[pointRow]),
-        points.depth[pointRow], points.impulse[pointRow].x() / m_timeStep, contact.getNumPoints());
-    bound.offset += notNegative(force) * m_timeStep;
+  if (model->getCallbackMask() & FrictionModel::INITIALIZE) {
+    bound.offset += ContactPointRows::instance().boundingForce[pointRow] * m_timeStep;
     bound.normal = FrictionBound::NO_ROW;
   }
   return bound;

@@ -43,7 +43,6 @@ void Solver::Step::solve(const Solver& solver, DynamicsSystem& system, Real time
     count(m_systems[i]);
   }
   m_bodies.store();
-  if (system.getSpace()) system.getSpace()->storeContactImpulses();
 }
 
 void Solver::Step::findIslands(const DynamicsSystem& system)
