@@ -95,30 +95,39 @@ describe("Friction models", function()
 end)
 
 describe("A friction model's function", function()
-  local function run(functions)
+  local function run(functions, ending)
     return shell.kel(shell.script([[
-      local sim = kelSDK.Simulation()
+      sim = kelSDK.Simulation()
       local material = kel.Material("test")
-      local contact = kel.ContactMaterial(material, material)
+      contact = kel.ContactMaterial(material, material)
       local model = kel.LuaBoxFrictionModel()
       ]] .. functions .. [[
       contact:setFrictionModel(model)
       sim:add(contact)
-      local sphere = kelCollide.Geometry(kelCollide.Sphere(1))
+      sphere = kelCollide.Geometry(kelCollide.Sphere(1))
       sphere:setMaterial(material)
       local ground = kelCollide.Geometry(kelCollide.Plane())
       ground:setMaterial(material)
       sim:add(ground)
-      local body = kel.RigidBody(sphere)
+      body = kel.RigidBody(sphere)
       body:setPosition(0, 0, 1)
       sim:add(body)
       sim:stepForward()
-      print(body:getPosition():z() > 0.99)
-    ]]))
+      ]] .. (ending or "print(body:getPosition():z() > 0.99)")))
   end
 
   local PLANE = "virtual void kel::LuaBoxFrictionModel::calculateTangentPlane(const kelCollide::Geometry*, "
     .. "const kelCollide::Geometry*, const Vec3&, const Vec3&, kel::Real, kel::Vec3&, kel::Vec3&) const"
+
+  it("may change the world", function()
+    local changes = { "sim:remove(body)", "sim:remove(sphere)", "sim:remove(contact)", "contact:setFrictionModel(nil)",
+      "sim:add(kel.RigidBody())", "sim:remove(body) body, sphere = nil, nil collectgarbage()", "sim:stepForward()" }
+    for _, change in ipairs(changes) do
+      local functions = ("function model:calculateTangentPlane() %s end\n"):format(change)
+        .. ("function model:calculateNormalForce() %s return 1 end\n"):format(change)
+      assert.equal(0, run(functions, "sim:stepForward() print(true)").status, change)
+    end
+  end)
 
   it("may fail, or answer nonsense, and the engine answers", function()
     local failed = run("function model:calculateNormalForce() error('no force', 0) end")

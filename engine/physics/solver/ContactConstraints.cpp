@@ -3,6 +3,7 @@
 #include "kel/Constraint.h"
 #include "kelCollide/Geometry.h"
 #include "solver/AreaStiffness.h"
+#include <algorithm>
 #include <cmath>
 #include <optional>
 
@@ -30,6 +31,14 @@ const Material& materialOf(const Geometry& geometry)
 }
 
 Real notNegative(Real value) { return value > 0 ? value : 0; }
+
+/// A number that bounds something together with others: not negative, and no infinity that 0 times makes a
+/// NaN.
+Real boundingFactor(Real value)
+{
+  constexpr Real greatest = 1e15;
+  return std::min(notNegative(value), greatest);
+}
 
 /// The row of the speed of two bodies along a direction at a point.
 ConstraintRow makeRow(const Vec3& point, const Vec3 (&centers)[2], const Vec3& direction)
@@ -80,7 +89,8 @@ void ContactConstraints::add(const GeometryContact& contact, const Index (&bodie
     const Index pointRow = contact.getPoint(i).getId();
     if (points.enabled[pointRow] && points.depth[pointRow] > 0) ++numTouching;
   }
-  if (numTouching > 0) common.adhesion = material->getAdhesion() / static_cast<Real>(numTouching);
+  if (numTouching > 0)
+    common.adhesion = boundingFactor(material->getAdhesion()) / static_cast<Real>(numTouching);
   std::optional<AreaStiffness> areaStiffness;
   if (material->getUseContactAreaApproach()) areaStiffness.emplace(contact, *material);
   const Real stiffness = material->getYoungsModulus() * STIFFNESS_LENGTH;
@@ -179,7 +189,8 @@ void ContactConstraints::applyRestitution(const Common& common, ConstraintRow& n
 
 FrictionBound ContactConstraints::makeBound(const Common& common, Index pointRow, FrictionBound bound) const
 {
-  for (UInt32 k = 0; k < 2; ++k) bound.coefficients[k] = common.material.getFrictionCoefficient(k);
+  for (UInt32 k = 0; k < 2; ++k)
+    bound.coefficients[k] = boundingFactor(common.material.getFrictionCoefficient(k));
   const FrictionModel* model = common.material.getFrictionModel();
   if (!model) return bound;
   bound.isCone = (model->getCallbackMask() & FrictionModel::ITERATIVE_PROJECTION) != 0;
@@ -210,7 +221,8 @@ void ContactConstraints::addResistance(const Common& common, Index pointRow, con
   const ContactPointRows& points = ContactPointRows::instance();
   const ContactMaterial& material = common.material;
   FrictionBound rolling = bound;
-  rolling.coefficients[0] = rolling.coefficients[1] = notNegative(material.getRollingResistanceCoefficient());
+  rolling.coefficients[0] = rolling.coefficients[1] =
+      boundingFactor(material.getRollingResistanceCoefficient());
   const Real compliance = material.getRollingResistanceCompliance();
   if (rolling.coefficients[0] > 0)
     addPair(common,
@@ -218,7 +230,7 @@ void ContactConstraints::addResistance(const Common& common, Index pointRow, con
              makeTurningRow(Vec3(points.tangentV[pointRow]), compliance)},
             rolling, Vec3());
   FrictionBound twisting = bound;
-  twisting.coefficients[0] = notNegative(material.getTwistingResistanceCoefficient());
+  twisting.coefficients[0] = boundingFactor(material.getTwistingResistanceCoefficient());
   if (twisting.coefficients[0] > 0)
     addPair(common,
             {makeTurningRow(Vec3(points.normal[pointRow]), material.getTwistingResistanceCompliance()),

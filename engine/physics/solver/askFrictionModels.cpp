@@ -3,6 +3,7 @@
 #include "kel/BoxFrictionModel.h"
 #include "kel/ContactMaterial.h"
 #include "kelCollide/Space.h"
+#include <algorithm>
 #include <cmath>
 
 namespace kel {
@@ -12,6 +13,9 @@ using kelCollide::Geometry;
 using kelCollide::GeometryContact;
 
 namespace {
+
+/// Friction that nothing overcomes, N.
+constexpr Real GREATEST_FORCE = 1e15;
 
 /// What a model is asked about.
 struct Question
@@ -46,7 +50,7 @@ void writeNormalForce(const Question& question, Index point, std::size_t numPoin
   const Real force = question.box->calculateNormalForce(
       question.geometry1.get(), question.geometry2.get(), points.point[point], Vec3(points.normal[point]),
       points.depth[point], points.impulse[point].x() / timeStep, numPoints);
-  points.boundingForce[point] = force > 0 ? force : 0;
+  points.boundingForce[point] = force > 0 ? std::min(force, GREATEST_FORCE) : 0;
 }
 
 } // namespace
