@@ -15,6 +15,7 @@ local KNOWN = {
   "index of an? [%a ]+ is out of range", "the object of this element is gone", "Property .* is missing",
   "Value '.*' ", "buffer '.*' cannot have",
   "attribute '.*' ", "the entity has no attribute '", "entity storage '.*' ", "entity model '.*' ", "entity pointer ",
+  "A direction of friction is ",
 }
 
 function calls.new(random, pool)

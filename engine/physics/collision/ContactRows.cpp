@@ -1,8 +1,10 @@
 #include "collision/ContactRows.h"
+#include "kel/ContactMaterial.h"
 #include "kelCollide/GeometryContact.h"
 #include "kelCollide/Space.h"
 #include "kelData/EntityLayout.h"
 #include <cmath>
+#include <utility>
 
 namespace kelCollide {
 
@@ -24,8 +26,15 @@ ContactRows::ContactRows()
   layout.readOnlyColumn("points", points);
   layout.readOnlyColumn("numPoints", numPoints);
   layout.column("enabled", enabled, true);
+  layout.readOnlyColumn("material", material);
   storage = layout.createStorage();
   storage->setUseInstanceTable(false);
+}
+
+void ContactRows::setMaterial(kel::Index row, kel::ContactMaterial* newMaterial) const
+{
+  if (newMaterial) newMaterial->reference();
+  if (const kel::ContactMaterial* old = std::exchange(material[row], newMaterial)) old->unreference();
 }
 
 const ContactPointRows& ContactPointRows::instance()
@@ -45,8 +54,9 @@ ContactPointRows::ContactPointRows()
   layout.readOnlyColumn("localForce", localForce);
   layout.readOnlyColumn("impulse", impulse);
   layout.column("depth", depth);
+  layout.column("area", area);
+  layout.readOnlyColumn("boundingForce", boundingForce);
   layout.column("enabled", enabled, true);
-  layout.readOnlyColumn("source", source);
   storage = layout.createStorage();
   storage->setUseInstanceTable(false);
 }
@@ -59,6 +69,7 @@ const ContactRows& contactRows() { return ContactRows::instance(); }
 bool& ContactPoint::enabled() const { return pointRows().enabled[getId()]; }
 Vec3& ContactPoint::point() const { return pointRows().point[getId()]; }
 Real& ContactPoint::depth() const { return pointRows().depth[getId()]; }
+Real& ContactPoint::area() const { return pointRows().area[getId()]; }
 Vec3f& ContactPoint::normal() const { return pointRows().normal[getId()]; }
 Vec3f& ContactPoint::tangentU() const { return pointRows().tangentU[getId()]; }
 Vec3f& ContactPoint::tangentV() const { return pointRows().tangentV[getId()]; }
@@ -103,5 +114,12 @@ ContactPoint GeometryContact::getPoint(std::size_t index) const
 void GeometryContact::setEnable(bool enable) { contactRows().enabled[getId()] = enable; }
 
 bool GeometryContact::isEnabled() const { return contactRows().enabled[getId()]; }
+
+kel::ContactMaterial* GeometryContact::getMaterial() const { return contactRows().material[getId()]; }
+
+void GeometryContact::setMaterial(kel::ContactMaterial* material)
+{
+  contactRows().setMaterial(getId(), material);
+}
 
 } // namespace kelCollide
