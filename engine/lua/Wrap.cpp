@@ -55,8 +55,29 @@ void enterFunction(lua_State* L, const Entry& entry)
     setOperation(L, entry.name, entry.event);
 }
 
+/// Enters a closure over the variable's context.
+void enterAccessor(lua_State* L, const char* accessors, const Entry& entry, lua_CFunction function)
+{
+  if (!members::rawField(L, accessors)) {
+    lua_newtable(L);
+    lua_pushstring(L, accessors);
+    lua_pushvalue(L, -2);
+    lua_rawset(L, -4);
+  }
+  lua_pushstring(L, entry.name);
+  lua_pushlightuserdata(L, const_cast<void*>(entry.context));
+  lua_pushcclosure(L, function, 1);
+  lua_rawset(L, -3);
+  lua_pop(L, 1);
+}
+
 void enterVariable(lua_State* L, const Entry& entry)
 {
+  if (entry.context) {
+    enterAccessor(L, ".get", entry, entry.function);
+    if (entry.setter) enterAccessor(L, ".set", entry, entry.setter);
+    return;
+  }
   addToOwnFrame(entry.function);
   if (entry.setter) addToOwnFrame(entry.setter);
   tolua_variable(L, entry.name, entry.function, entry.setter);

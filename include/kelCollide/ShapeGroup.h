@@ -34,6 +34,7 @@ public:
   kel::Vec3 getCenter() const override;
   kel::SPDMatrix3x3 calculateInertia(kel::Real mass) const override;
   BoundingAABB calculateLocalBound() const override;
+  const BoundingAABB& updateBoundingVolume() override;
   void propagateTransform(const kel::AffineMatrix4x4& transform) override;
   kel::String getClassName() const override { return "ShapeGroup"; }
 

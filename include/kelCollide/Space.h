@@ -51,9 +51,24 @@ public:
   GeometryContact getContact(const Geometry* first, const Geometry* second) const;
   /// Forgets all contacts, also the forces that the next solution would start from.
   void clearContacts();
-  /// Keeps the impulses of the contact points for the start of the next solution. To be called after each
-  /// one.
-  void storeContactImpulses();
+  /// How near surfaces of bodies of a metre and more come before they have a contact, m: such a contact has a
+  /// negative depth. Smaller ones come nearer in proportion. 0 for contacts of surfaces that touch alone; 0.02
+  /// at first. Setting it lets all contacts go.
+  void setContactReach(kel::Real reach);
+  kel::Real getContactReach() const { return m_contactReach; }
+
+  /// Thins out the points of contacts that have more than the threshold, as their contact materials say: what
+  /// goes is switched off. Contacts without a material stay as they are.
+  void reduceContacts();
+  /// Whether points are thinned out at all; true at first.
+  void setEnableContactReduction(bool enable) { m_reductionEnabled = enable; }
+  bool getEnableContactReduction() const { return m_reductionEnabled; }
+  /// Bins an axis where the contact material has no number of its own; 3 at first.
+  void setContactReductionBinResolution(kel::UInt8 resolution) { m_reductionBinResolution = resolution; }
+  kel::UInt8 getContactReductionBinResolution() const { return m_reductionBinResolution; }
+  /// Points that are not too many; 8 at first.
+  void setContactReductionThreshold(std::size_t threshold) { m_reductionThreshold = threshold; }
+  std::size_t getContactReductionThreshold() const { return m_reductionThreshold; }
 
   /// Whether the space lets two geometries collide: not if one is null or both are the same, not if one or
   /// its body is disabled, has its collisions off, or both ride on one body, and not if the pair is disabled.
@@ -80,9 +95,13 @@ private:
   std::vector<kel::ref_ptr<Geometry>> m_geometries;
   std::unordered_set<kel::UInt64> m_disabledPairs; // both ids, the smaller one in the upper half
   std::vector<GeometryContact> m_contacts;
+  kel::Real m_contactReach = 0.02;
   BroadPhaseAlgorithm m_broadPhase = HIERARCHICAL_GRID;
   std::unique_ptr<Detector> m_detector;
   kel::UInt32 m_nextOrder = 0;
+  bool m_reductionEnabled = true;
+  kel::UInt8 m_reductionBinResolution = 3;
+  std::size_t m_reductionThreshold = 8;
 };
 
 } // namespace kelCollide

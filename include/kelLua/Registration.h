@@ -36,6 +36,7 @@ struct Entry
   lua_CFunction setter = nullptr;   ///< Variable: null for read-only.
   lua_CFunction event = nullptr;    ///< Function: what Lua calls for the operator of its name.
   double value = 0;                 ///< Constant. Module: whether it has variables. Chunk: its length.
+  const void* context = nullptr;    ///< Variable: light userdata that its functions find as their upvalue.
 };
 
 constexpr Entry module(const char* name, bool hasVariables)

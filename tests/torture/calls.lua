@@ -14,6 +14,8 @@ local KNOWN = {
   "Attempt to perform operation on an invalid operand", "Attempt to call a non%-callable object",
   "index of an? [%a ]+ is out of range", "the object of this element is gone", "Property .* is missing",
   "Value '.*' ", "buffer '.*' cannot have",
+  "attribute '.*' ", "the entity has no attribute '", "entity storage '.*' ", "entity model '.*' ", "entity pointer ",
+  "A direction of friction is ",
 }
 
 function calls.new(random, pool)

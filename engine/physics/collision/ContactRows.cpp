@@ -20,13 +20,13 @@ const ContactRows& ContactRows::instance()
 
 ContactRows::ContactRows()
 {
-  kelData::EntityLayout layout("GeometryContact");
-  layout.column("geometry1", geometry1);
-  layout.column("geometry2", geometry2);
-  layout.column("points", points);
-  layout.column("numPoints", numPoints);
+  kelData::EntityLayout layout("Physics.GeometryContact");
+  layout.readOnlyColumn("geometry1", geometry1);
+  layout.readOnlyColumn("geometry2", geometry2);
+  layout.readOnlyColumn("points", points);
+  layout.readOnlyColumn("numPoints", numPoints);
   layout.column("enabled", enabled, true);
-  layout.column("material", material);
+  layout.readOnlyColumn("material", material);
   storage = layout.createStorage();
   storage->setUseInstanceTable(false);
 }
@@ -45,18 +45,18 @@ const ContactPointRows& ContactPointRows::instance()
 
 ContactPointRows::ContactPointRows()
 {
-  kelData::EntityLayout layout("ContactPoint");
+  kelData::EntityLayout layout("Physics.ContactPoint");
   layout.column("point", point);
   layout.column("normal", normal);
   layout.column("tangentU", tangentU);
   layout.column("tangentV", tangentV);
   layout.column("velocity", velocity);
-  layout.column("localForce", localForce);
-  layout.column("impulse", impulse);
+  layout.readOnlyColumn("localForce", localForce);
+  layout.readOnlyColumn("impulse", impulse);
   layout.column("depth", depth);
   layout.column("area", area);
+  layout.readOnlyColumn("boundingForce", boundingForce);
   layout.column("enabled", enabled, true);
-  layout.column("source", source);
   storage = layout.createStorage();
   storage->setUseInstanceTable(false);
 }

@@ -16,7 +16,7 @@ struct ContactRows
   kel::ref_ptr<kelData::EntityStorage> storage;
   Geometry** geometry1 = nullptr;
   Geometry** geometry2 = nullptr;
-  const ContactPoint** points = nullptr; ///< the first of them, in the space
+  ContactPoint** points = nullptr; ///< the first of them, in the space
   kel::UInt32* numPoints = nullptr;
   bool* enabled = nullptr;
   kel::ContactMaterial** material = nullptr; ///< held by the row
@@ -37,13 +37,13 @@ struct ContactPointRows
   kel::Vec3f* normal = nullptr; ///< from the second geometry to the first
   kel::Vec3f* tangentU = nullptr;
   kel::Vec3f* tangentV = nullptr;
-  kel::Vec3f* velocity = nullptr;  ///< m/s, of the surfaces
-  kel::Vec3* localForce = nullptr; ///< N, along the normal, u and v
-  kel::Vec3* impulse = nullptr;    ///< N s, the same; before the solution where it starts
-  kel::Real* depth = nullptr;      ///< m
-  kel::Real* area = nullptr;       ///< m2, 0 where nobody has asked for it
+  kel::Vec3f* velocity = nullptr;     ///< m/s, of the surfaces
+  kel::Vec3* localForce = nullptr;    ///< N, along the normal, u and v
+  kel::Vec3* impulse = nullptr;       ///< N s, the same; before the solution where it starts
+  kel::Real* depth = nullptr;         ///< m
+  kel::Real* area = nullptr;          ///< m2, 0 where nobody has asked for it
+  kel::Real* boundingForce = nullptr; ///< N, of friction, where a friction model gives it
   bool* enabled = nullptr;
-  void** source = nullptr; ///< the detector's point
 
   static const ContactPointRows& instance();
 

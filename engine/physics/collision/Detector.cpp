@@ -1,11 +1,16 @@
 #include "collision/Detector.h"
 #include "collision/ContactRows.h"
-#include "collision/GeometryRows.h"
+#include "collision/bulletVectors.h"
+#include "collision/narrow/collideTrees.h"
+#include "collision/narrow/isSound.h"
 #include "kel/FrictionModel.h"
 #include "kel/Logger.h"
 #include "kel/RigidBody.h"
+#include "kelCollide/ShapeGroup.h"
 #include <BulletCollision/BroadphaseCollision/btAxisSweep3.h>
+#include <BulletCollision/BroadphaseCollision/btDbvtBroadphase.h>
 #include <algorithm>
+#include <cmath>
 
 namespace kelCollide {
 
@@ -14,13 +19,8 @@ using kel::Vec3f;
 
 namespace {
 
-/// What does not fit comes from the heap. The library's own pools take megabytes in every simulation.
-btDefaultCollisionConstructionInfo smallPools()
-{
-  btDefaultCollisionConstructionInfo info;
-  info.m_defaultMaxPersistentManifoldPoolSize = info.m_defaultMaxCollisionAlgorithmPoolSize = 64;
-  return info;
-}
+/// How far a point may have moved in a step to be the same one, for geometries of a metre and more.
+constexpr kel::Real SAME_POINT = 0.02;
 
 std::unique_ptr<btBroadphaseInterface> makeBroadphase(Space::BroadPhaseAlgorithm algorithm)
 {
@@ -31,10 +31,7 @@ std::unique_ptr<btBroadphaseInterface> makeBroadphase(Space::BroadPhaseAlgorithm
                                              btVector3(reach, reach, reach), maxObjects);
 }
 
-Geometry& geometryOf(const btCollisionObject& object)
-{
-  return *static_cast<Geometry*>(object.getUserPointer());
-}
+Geometry& geometryOf(const btBroadphaseProxy& proxy) { return *static_cast<Geometry*>(proxy.m_clientObject); }
 
 bool isDynamic(const Geometry& geometry)
 {
@@ -42,14 +39,23 @@ bool isDynamic(const Geometry& geometry)
   return body && body->getMotionControl() == kel::RigidBody::DYNAMICS;
 }
 
-/// Whether a shape has a form and a place. What a script has sent out of all bounds would touch everything.
-bool canPlace(const Shape& shape, const BulletShape& form)
+/// Whether a shape, or a part of a group, has a form.
+bool hasForm(const Shape& shape)
+{
+  const ShapeGroup* group = shape.asGroup();
+  if (!group) return isSound(shape);
+  const auto& children = group->getChildren();
+  return std::any_of(children.begin(), children.end(), [](const auto& child) { return hasForm(*child); });
+}
+
+/// Whether a shape has a place. What a script has sent out of all bounds would touch everything.
+bool hasPlace(const Shape& shape)
 {
   const kel::AffineMatrix4x4& place = shape.getTransform();
   kel::Real sum = 0;
   for (std::size_t row = 0; row < 4; ++row)
     for (std::size_t column = 0; column < 3; ++column) sum += 0 * place(row, column);
-  return form.whole && sum == 0; // 0 times what is not finite is a NaN
+  return sum == 0; // 0 times what is not finite is a NaN
 }
 
 void warnOfLoss(const Geometry& geometry)
@@ -59,6 +65,12 @@ void warnOfLoss(const Geometry& geometry)
                   "' collides with nothing: its size or its place is no finite number.");
 }
 
+Vec3 toFrameOf(const Geometry& geometry, const Vec3& point)
+{
+  const kel::AffineMatrix4x4& transform = geometry.getTransform();
+  return transform.transform3x3Inv(point - transform.getTranslate());
+}
+
 Vec3 surfaceVelocity(const Geometry& geometry)
 {
   return geometry.getTransform().transformVector(Vec3(geometry.getSurfaceVelocity()));
@@ -66,17 +78,13 @@ Vec3 surfaceVelocity(const Geometry& geometry)
 
 } // namespace
 
-Space::Detector::Detector(BroadPhaseAlgorithm algorithm)
-    : m_configuration(smallPools()), m_dispatcher(&m_configuration), m_boxPlaneCollider(m_dispatcher),
-      m_broadphase(makeBroadphase(algorithm)), m_world(&m_dispatcher, m_broadphase.get(), &m_configuration)
-{
-  m_dispatcher.setNearCallback(nearCallback);
-}
+Space::Detector::Detector(BroadPhaseAlgorithm algorithm, kel::Real reach)
+    : m_reach(reach), m_broadphase(makeBroadphase(algorithm))
+{}
 
 Space::Detector::~Detector()
 {
-  for (auto& [order, item] : m_items)
-    if (item.object.getBroadphaseHandle()) m_world.removeCollisionObject(&item.object);
+  for (auto& [order, item] : m_items) release(item);
   releaseMaterials();
   for (const GeometryContact& row : m_contactRows) ContactRows::instance().storage->destroyInstance(row);
   for (const ContactPoint& row : m_points) ContactPointRows::instance().storage->destroyInstance(row);
@@ -86,31 +94,42 @@ void Space::Detector::add(Geometry& geometry) { insert(geometry, m_items[geometr
 
 void Space::Detector::insert(Geometry& geometry, Item& item)
 {
-  if (item.object.getBroadphaseHandle()) m_world.removeCollisionObject(&item.object);
+  release(item);
   const Shape* shape = geometry.getShape();
-  item.shape = shape ? makeBulletShape(*shape) : BulletShape();
   item.shapeChanges = geometry.m_shapeChanges;
   item.shapeModifiedCount = shape ? shape->getModifiedCount() : 0;
   geometry.m_placeChanged = false;
   geometry.updateBoundingVolume();
   if (!shape) return;
-  if (!canPlace(*shape, item.shape)) {
-    if (!shape->isGroup() || item.shape.whole) warnOfLoss(geometry);
+  if (!hasForm(*shape) || !hasPlace(*shape)) {
+    if (!shape->isGroup() || hasForm(*shape)) warnOfLoss(geometry);
     return;
   }
-  item.object.setCollisionShape(item.shape.whole);
-  item.object.setWorldTransform(toBullet(shape->getTransform()));
-  item.object.setUserPointer(&geometry);
-  item.object.setUserIndex(static_cast<int>(geometry.m_row));
-  // The world refuses unbounded boxes of objects that are not static.
-  item.object.setCollisionFlags(shape->getType() == Shape::PLANE ? btCollisionObject::CF_STATIC_OBJECT : 0);
-  m_world.addCollisionObject(&item.object, btBroadphaseProxy::DefaultFilter, btBroadphaseProxy::AllFilter);
+  const BoundingAABB form = shape->calculateLocalBound();
+  item.size = std::min(1.0, (form.max() - form.min()).length() / 2);
+  const BoundingAABB bound = grown(geometry, item);
+  item.proxy =
+      m_broadphase->createProxy(toBullet(bound.min()), toBullet(bound.max()), shape->getType(), &geometry,
+                                btBroadphaseProxy::DefaultFilter, btBroadphaseProxy::AllFilter, nullptr);
+}
+
+BoundingAABB Space::Detector::grown(Geometry& geometry, const Item& item) const
+{
+  BoundingAABB bound = *geometry.getBoundingVolume();
+  bound.min() -= Vec3(m_reach * item.size);
+  bound.max() += Vec3(m_reach * item.size);
+  return bound;
+}
+
+void Space::Detector::release(Item& item)
+{
+  if (item.proxy) m_broadphase->destroyProxy(item.proxy, nullptr);
+  item.proxy = nullptr;
 }
 
 void Space::Detector::remove(Geometry& geometry)
 {
-  Item& item = m_items.at(geometry.m_spaceOrder);
-  if (item.object.getBroadphaseHandle()) m_world.removeCollisionObject(&item.object);
+  release(m_items.at(geometry.m_spaceOrder));
   m_items.erase(geometry.m_spaceOrder);
 }
 
@@ -118,94 +137,110 @@ void Space::Detector::refresh(Geometry& geometry)
 {
   Item& item = m_items.at(geometry.m_spaceOrder);
   const Shape* shape = geometry.getShape();
-  const bool isPlaced = item.object.getBroadphaseHandle();
   if (geometry.m_shapeChanges != item.shapeChanges ||
       (shape && shape->getModifiedCount() != item.shapeModifiedCount)) {
     insert(geometry, item);
   } else if (shape && geometry.m_placeChanged) {
+    if (!item.proxy || !hasPlace(*shape)) {
+      insert(geometry, item);
+      return;
+    }
     geometry.m_placeChanged = false;
     geometry.updateBoundingVolume();
-    if (canPlace(*shape, item.shape) != isPlaced) {
-      insert(geometry, item);
-    } else if (isPlaced) {
-      item.object.setWorldTransform(toBullet(shape->getTransform()));
-      m_world.updateSingleAabb(&item.object);
-    }
+    const BoundingAABB bound = grown(geometry, item);
+    m_broadphase->setAabb(item.proxy, toBullet(bound.min()), toBullet(bound.max()), nullptr);
   }
 }
 
-void Space::Detector::findPairs() { m_world.computeOverlappingPairs(); }
-
-void Space::Detector::nearCallback(btBroadphasePair& pair, btCollisionDispatcher& dispatcher,
-                                   const btDispatcherInfo& info)
-{
-  const Geometry& first = geometryOf(*static_cast<btCollisionObject*>(pair.m_pProxy0->m_clientObject));
-  const Geometry& second = geometryOf(*static_cast<btCollisionObject*>(pair.m_pProxy1->m_clientObject));
-  const bool wanted = isDynamic(first) || isDynamic(second) || first.isSensor() || second.isSensor();
-  if (wanted && first.getSpace()->canCollide(&first, &second)) {
-    btCollisionDispatcher::defaultNearCallback(pair, dispatcher, info);
-  } else if (pair.m_algorithm) {
-    // Points of earlier steps must not live on.
-    pair.m_algorithm->~btCollisionAlgorithm();
-    dispatcher.freeCollisionAlgorithm(pair.m_algorithm);
-    pair.m_algorithm = nullptr;
-  }
-}
-
-std::vector<Space::Detector::Touching> Space::Detector::findTouching()
-{
-  std::vector<Touching> touching;
-  for (int i = 0; i < m_dispatcher.getNumManifolds(); ++i) {
-    btPersistentManifold* manifold = m_dispatcher.getManifoldByIndexInternal(i);
-    if (manifold->getNumContacts() == 0) continue;
-    const kel::UInt32 order0 = geometryOf(*manifold->getBody0()).m_spaceOrder;
-    const kel::UInt32 order1 = geometryOf(*manifold->getBody1()).m_spaceOrder;
-    touching.push_back({std::min(order0, order1), std::max(order0, order1), manifold, order0 > order1});
-  }
-  std::stable_sort(touching.begin(), touching.end(), [](const Touching& a, const Touching& b) {
-    return a.first != b.first ? a.first < b.first : a.second < b.second;
-  });
-  return touching;
-}
+void Space::Detector::findPairs() { m_broadphase->calculateOverlappingPairs(nullptr); }
 
 void Space::Detector::findContacts(std::vector<GeometryContact>& contacts)
 {
-  m_dispatcher.dispatchAllCollisionPairs(m_broadphase->getOverlappingPairCache(), m_world.getDispatchInfo(),
-                                         &m_dispatcher);
-  const std::vector<Touching> touching = findTouching();
-  std::size_t numPoints = 0;
-  for (const Touching& t : touching) numPoints += static_cast<std::size_t>(t.manifold->getNumContacts());
-  reserveRows(touching.size(), numPoints);
-  releaseMaterials();
+  keepOldPoints();
+  findWantedPairs();
+  m_patch.clear();
+  for (Pair& pair : m_pairs) {
+    pair.beginPoints = m_patch.size();
+    collideTrees(*pair.first->getShape(), *pair.second->getShape(), m_reach * pair.size, m_patch);
+    pair.endPoints = m_patch.size();
+  }
+  std::erase_if(m_pairs, [](const Pair& pair) { return pair.beginPoints == pair.endPoints; });
+  writePairs(contacts);
+}
 
+void Space::Detector::keepOldPoints()
+{
+  m_oldPairs.swap(m_pairs);
+  m_oldPoints.swap(m_known);
+  for (std::size_t i = 0; i < m_oldPoints.size(); ++i)
+    m_oldPoints[i].impulse = ContactPointRows::instance().impulse[m_points[i].getId()];
+}
+
+void Space::Detector::findWantedPairs()
+{
+  m_pairs.clear();
+  btBroadphasePairArray& found = m_broadphase->getOverlappingPairCache()->getOverlappingPairArray();
+  for (int i = 0; i < found.size(); ++i) {
+    Geometry* first = &geometryOf(*found[i].m_pProxy0);
+    Geometry* second = &geometryOf(*found[i].m_pProxy1);
+    if (second->m_spaceOrder < first->m_spaceOrder) std::swap(first, second);
+    const bool moves = isDynamic(*first) || isDynamic(*second) || first->isSensor() || second->isSensor();
+    if (!moves || !first->getShape() || !second->getShape()) continue;
+    const Item& firstItem = m_items.at(first->m_spaceOrder);
+    const Item& secondItem = m_items.at(second->m_spaceOrder);
+    // The library's pairs are more, and not the same for each algorithm.
+    if (!grown(*first, firstItem).hasOverlap(*second->getBoundingVolume())) continue;
+    m_pairs.push_back({first->m_spaceOrder, second->m_spaceOrder, first, second,
+                       std::min(firstItem.size, secondItem.size)});
+  }
+  std::sort(m_pairs.begin(), m_pairs.end());
+  std::erase_if(m_pairs,
+                [](const Pair& pair) { return !pair.first->m_space->canCollide(pair.first, pair.second); });
+}
+
+void Space::Detector::writePairs(std::vector<GeometryContact>& contacts)
+{
+  while (m_contactRows.size() < m_pairs.size())
+    m_contactRows.emplace_back(ContactRows::instance().storage->createInstance());
+  while (m_points.size() < m_patch.size())
+    m_points.emplace_back(ContactPointRows::instance().storage->createInstance());
+  releaseMaterials();
   contacts.clear();
+  m_known.clear();
   const ContactRows& rows = ContactRows::instance();
-  std::size_t nextPoint = 0;
-  for (std::size_t i = 0; i < touching.size(); ++i) {
-    const Touching& t = touching[i];
-    const bool samePair = i > 0 && touching[i - 1].first == t.first && touching[i - 1].second == t.second;
-    if (!samePair) {
-      const GeometryContact contact = m_contactRows[contacts.size()];
-      const kel::UInt32 row = contact.getId();
-      rows.geometry1[row] = &geometryOf(*(t.swapped ? t.manifold->getBody1() : t.manifold->getBody0()));
-      rows.geometry2[row] = &geometryOf(*(t.swapped ? t.manifold->getBody0() : t.manifold->getBody1()));
-      rows.points[row] = &m_points[nextPoint];
-      rows.numPoints[row] = 0;
-      rows.enabled[row] = true;
-      contacts.push_back(contact);
+  for (const Pair& pair : m_pairs) {
+    const GeometryContact contact = m_contactRows[contacts.size()];
+    const kel::UInt32 row = contact.getId();
+    rows.geometry1[row] = pair.first;
+    rows.geometry2[row] = pair.second;
+    rows.points[row] = &m_points[pair.beginPoints];
+    rows.numPoints[row] = static_cast<kel::UInt32>(pair.endPoints - pair.beginPoints);
+    rows.enabled[row] = true;
+    contacts.push_back(contact);
+    for (std::size_t i = pair.beginPoints; i < pair.endPoints; ++i) {
+      m_known.push_back(
+          {toFrameOf(*pair.first, m_patch[i].onFirst), toFrameOf(*pair.second, m_patch[i].onSecond), Vec3()});
+      m_known.back().impulse = findImpulse(pair, m_known.back());
+      writePoint(m_points[i].getId(), m_patch[i], pair, m_known.back().impulse);
     }
-    for (int k = 0; k < t.manifold->getNumContacts(); ++k)
-      writePoint(m_points[nextPoint++].getId(), t.manifold->getContactPoint(k), contacts.back(), t.swapped);
-    rows.numPoints[contacts.back().getId()] += static_cast<kel::UInt32>(t.manifold->getNumContacts());
   }
 }
 
-void Space::Detector::reserveRows(std::size_t numContacts, std::size_t numPoints)
+Vec3 Space::Detector::findImpulse(const Pair& pair, const KnownPoint& point) const
 {
-  while (m_contactRows.size() < numContacts)
-    m_contactRows.emplace_back(ContactRows::instance().storage->createInstance());
-  while (m_points.size() < numPoints)
-    m_points.emplace_back(ContactPointRows::instance().storage->createInstance());
+  const auto old = std::lower_bound(m_oldPairs.begin(), m_oldPairs.end(), pair);
+  if (old == m_oldPairs.end() || pair < *old) return {};
+  Vec3 impulse;
+  kel::Real nearest = std::pow(SAME_POINT * pair.size, 2);
+  for (std::size_t i = old->beginPoints; i < old->endPoints; ++i) {
+    const KnownPoint& before = m_oldPoints[i];
+    const kel::Real distance2 =
+        std::min(before.onFirst.distance2(point.onFirst), before.onSecond.distance2(point.onSecond));
+    if (distance2 >= nearest) continue;
+    nearest = distance2;
+    impulse = before.impulse;
+  }
+  return impulse;
 }
 
 void Space::Detector::releaseMaterials()
@@ -213,26 +248,23 @@ void Space::Detector::releaseMaterials()
   for (const GeometryContact& row : m_contactRows) ContactRows::instance().setMaterial(row.getId(), nullptr);
 }
 
-void Space::Detector::writePoint(kel::Index row, btManifoldPoint& source, GeometryContact contact,
-                                 bool swapped)
+void Space::Detector::writePoint(kel::Index row, const PatchPoint& point, const Pair& pair,
+                                 const Vec3& impulse)
 {
   const ContactPointRows& rows = ContactPointRows::instance();
-  const Vec3 normal = fromBullet(source.m_normalWorldOnB) * (swapped ? -1.0 : 1.0);
   Vec3 u;
   Vec3 v;
-  kel::FrictionModel::calculateTangentPlane(normal, u, v);
-  rows.point[row] = fromBullet((source.getPositionWorldOnA() + source.getPositionWorldOnB()) * 0.5);
-  rows.normal[row] = Vec3f(normal);
+  kel::FrictionModel::calculateTangentPlane(point.normal, u, v);
+  rows.point[row] = (point.onFirst + point.onSecond) * 0.5;
+  rows.normal[row] = Vec3f(point.normal);
   rows.tangentU[row] = Vec3f(u);
   rows.tangentV[row] = Vec3f(v);
-  rows.velocity[row] = Vec3f(surfaceVelocity(*contact.geometry(0)) - surfaceVelocity(*contact.geometry(1)));
+  rows.velocity[row] = Vec3f(surfaceVelocity(*pair.first) - surfaceVelocity(*pair.second));
   rows.localForce[row] = Vec3();
-  rows.impulse[row] =
-      Vec3(source.m_appliedImpulse, source.m_appliedImpulseLateral1, source.m_appliedImpulseLateral2);
-  rows.depth[row] = -source.getDistance();
-  rows.area[row] = 0;
+  rows.impulse[row] = impulse;
+  rows.depth[row] = -point.distance;
+  rows.area[row] = rows.boundingForce[row] = 0;
   rows.enabled[row] = true;
-  rows.source[row] = &source;
 }
 
 } // namespace kelCollide

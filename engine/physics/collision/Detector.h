@@ -1,17 +1,17 @@
 #pragma once
-#include "collision/BoxPlaneCollider.h"
-#include "collision/bulletShapes.h"
+#include "collision/narrow/Patch.h"
 #include "kelCollide/Space.h"
-#include <BulletCollision/btBulletCollisionCommon.h>
+#include <BulletCollision/BroadphaseCollision/btBroadphaseInterface.h>
 #include <map>
 
 namespace kelCollide {
 
-/// The collision library's view of a space: one collision object a geometry.
+/// Finds the contacts of a space: pairs of boxes by the collision library, then the points of each pair.
 class Space::Detector
 {
 public:
-  explicit Detector(BroadPhaseAlgorithm algorithm);
+  /// Surfaces that are not further apart than `reach` have contacts.
+  Detector(BroadPhaseAlgorithm algorithm, kel::Real reach);
   Detector(const Detector&) = delete;
   Detector& operator=(const Detector&) = delete;
   ~Detector();
@@ -27,34 +27,52 @@ public:
 private:
   struct Item
   {
-    BulletShape shape;
-    btCollisionObject object;
+    btBroadphaseProxy* proxy = nullptr; // null for what cannot collide
+    kel::Real size = 0; // radius of the form, m, at most 1: what is small comes near when it is nearer
     kel::UInt32 shapeChanges = 0;
     kel::UInt32 shapeModifiedCount = 0;
   };
-
-  static void nearCallback(btBroadphasePair& pair, btCollisionDispatcher& dispatcher,
-                           const btDispatcherInfo& info);
-  void insert(Geometry& geometry, Item& item);
-  /// A manifold with points, and the places in the space of its two geometries, the earlier one first.
-  struct Touching
+  /// Two geometries, the one that came to the space earlier first, and their points.
+  struct Pair
   {
-    kel::UInt32 first;
-    kel::UInt32 second;
-    btPersistentManifold* manifold;
-    bool swapped; // its first body is the later geometry
+    kel::UInt32 firstOrder;
+    kel::UInt32 secondOrder;
+    Geometry* first; // for the length of an update
+    Geometry* second;
+    kel::Real size; // of the smaller one
+    std::size_t beginPoints = 0;
+    std::size_t endPoints = 0;
+    bool operator<(const Pair& other) const
+    {
+      return firstOrder != other.firstOrder ? firstOrder < other.firstOrder : secondOrder < other.secondOrder;
+    }
   };
-  std::vector<Touching> findTouching();
-  void reserveRows(std::size_t numContacts, std::size_t numPoints);
-  void releaseMaterials();
-  static void writePoint(kel::Index row, btManifoldPoint& source, GeometryContact contact, bool swapped);
+  /// A point in the frames of the geometries, and where the next solution starts from.
+  struct KnownPoint
+  {
+    kel::Vec3 onFirst;
+    kel::Vec3 onSecond;
+    kel::Vec3 impulse;
+  };
 
-  btDefaultCollisionConfiguration m_configuration;
-  btCollisionDispatcher m_dispatcher;
-  BoxPlaneCollider m_boxPlaneCollider;
+  void insert(Geometry& geometry, Item& item);
+  void release(Item& item);
+  BoundingAABB grown(Geometry& geometry, const Item& item) const;
+  void keepOldPoints();
+  void findWantedPairs();
+  void writePairs(std::vector<GeometryContact>& contacts);
+  kel::Vec3 findImpulse(const Pair& pair, const KnownPoint& point) const;
+  void releaseMaterials();
+  static void writePoint(kel::Index row, const PatchPoint& point, const Pair& pair, const kel::Vec3& impulse);
+
+  const kel::Real m_reach;
   std::unique_ptr<btBroadphaseInterface> m_broadphase;
-  btCollisionWorld m_world;
-  std::map<kel::UInt32, Item> m_items;        // by the geometry's order in the space
+  std::map<kel::UInt32, Item> m_items; // by the geometry's order in the space
+  std::vector<Pair> m_pairs;           // in order
+  Patch m_patch;                       // of all pairs
+  std::vector<KnownPoint> m_known;     // of all pairs
+  std::vector<Pair> m_oldPairs;        // those of the update before
+  std::vector<KnownPoint> m_oldPoints;
   std::vector<GeometryContact> m_contactRows; // more than the last update needed, maybe
   std::vector<ContactPoint> m_points;         // likewise; those of one contact side by side
 };

@@ -1,5 +1,4 @@
 #include "kelCollide/Space.h"
-#include "collision/ContactRows.h"
 #include "collision/Detector.h"
 #include "kel/RigidBody.h"
 #include <algorithm>
@@ -14,7 +13,7 @@ kel::UInt64 pairKey(const Geometry& first, const Geometry& second)
 }
 } // namespace
 
-Space::Space() : m_detector(std::make_unique<Detector>(m_broadPhase)) {}
+Space::Space() : m_detector(std::make_unique<Detector>(m_broadPhase, m_contactReach)) {}
 
 Space::~Space()
 {
@@ -58,6 +57,12 @@ bool Space::setBroadPhaseAlgorithm(int algorithm)
   return true;
 }
 
+void Space::setContactReach(kel::Real reach)
+{
+  m_contactReach = std::max(reach, 0.0);
+  clearContacts();
+}
+
 void Space::update()
 {
   updateBroadPhase();
@@ -85,22 +90,8 @@ GeometryContact Space::getContact(const Geometry* first, const Geometry* second)
 void Space::clearContacts()
 {
   m_contacts.clear();
-  m_detector = std::make_unique<Detector>(m_broadPhase);
+  m_detector = std::make_unique<Detector>(m_broadPhase, m_contactReach);
   for (const auto& geometry : m_geometries) m_detector->add(*geometry);
-}
-
-void Space::storeContactImpulses()
-{
-  const ContactPointRows& rows = ContactPointRows::instance();
-  for (const GeometryContact& contact : m_contacts) {
-    for (std::size_t i = 0; i < contact.getNumPoints(); ++i) {
-      const kel::Index row = contact.getPoint(i).getId();
-      auto& source = *static_cast<btManifoldPoint*>(rows.source[row]);
-      source.m_appliedImpulse = rows.impulse[row].x();
-      source.m_appliedImpulseLateral1 = rows.impulse[row].y();
-      source.m_appliedImpulseLateral2 = rows.impulse[row].z();
-    }
-  }
 }
 
 bool Space::canCollide(const Geometry* first, const Geometry* second, const Space* space)

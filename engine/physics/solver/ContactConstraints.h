@@ -15,10 +15,12 @@ public:
   ContactConstraints(const std::vector<SolverBody>& bodies, RowSystem& rows) : m_bodies(bodies), m_rows(rows)
   {}
 
-  /// Starts a step of `timeStep` seconds, in which contacts bounce that close faster than a speed in m/s.
-  void begin(Real timeStep, Real impactSpeedThreshold);
-  /// Forgets the contacts that were added; says whether rows of those to come may be solved directly.
-  void clear(bool allowDirect);
+  /// Starts a step of `timeStep` seconds without contacts. Those to come bounce if they close faster than a
+  /// speed in m/s; their rows may be solved directly, or all by iteration.
+  void begin(Real timeStep, Real impactSpeedThreshold, bool allowDirect);
+  /// Says that joints pull at the bodies of the contacts to come. Sweeps bring the friction against such a
+  /// pull up in many steps only, so it starts from all that it was.
+  void setJointed() { m_isJointed = true; }
   bool empty() const { return m_targets.empty(); }
   /// Adds the rows of a contact between two of the bodies.
   void add(const kelCollide::GeometryContact& contact, const Index (&bodies)[2]);
@@ -43,6 +45,7 @@ private:
     Real adhesion;     // share of a point, N
     UInt32 normalType; // solve types of the rows
     UInt32 frictionType;
+    Real frictionWarmStart; // part of the last impulses
   };
 
   void setSolveTypes(Common& common) const;
@@ -63,6 +66,7 @@ private:
   Real m_timeStep = 0;
   Real m_impactSpeedThreshold = 0;
   bool m_allowDirect = true;
+  bool m_isJointed = false;
   std::vector<Target> m_targets;
   ref_ptr<ContactMaterial> m_unassigned; // of the contact that is added, where nobody gave it one
 };

@@ -103,16 +103,16 @@ void DirectSolver::fillMatrix()
   }
 }
 
-bool DirectSolver::solve(std::vector<ScaledVelocity>& velocities)
+bool DirectSolver::solve()
 {
   const auto size = static_cast<Eigen::Index>(m_rows.size());
   m_residual.resize(size);
   m_change.resize(size);
-  for (Eigen::Index i = 0; i < size; ++i) m_residual[i] = residualOf(velocities, *m_rows[i]);
+  for (Eigen::Index i = 0; i < size; ++i) m_residual[i] = residualOf(*m_rows[i]);
   m_speedTolerance = TOLERANCE * m_residual.lpNorm<Eigen::Infinity>();
   if (!pivot()) return false;
-  apply(velocities);
-  refine(velocities);
+  apply();
+  refine();
   return true;
 }
 
@@ -198,23 +198,21 @@ void DirectSolver::findInfeasible()
     if (wantedState(i) != m_states[i]) m_infeasible.push_back(i);
 }
 
-void DirectSolver::apply(std::vector<ScaledVelocity>& velocities)
+void DirectSolver::apply()
 {
   for (Index i = 0; i < m_rows.size(); ++i) {
     ScaledRow& row = *m_rows[i];
-    const Real impulse = std::min(std::max(row.impulse + m_change[i], row.lower), row.upper);
-    applyImpulse(velocities, row, impulse - row.impulse);
-    row.impulse = impulse;
+    setImpulse(row, std::min(std::max(row.impulse + m_change[i], row.lower), row.upper));
   }
 }
 
 // What the least sigma and rounding left over.
-void DirectSolver::refine(std::vector<ScaledVelocity>& velocities)
+void DirectSolver::refine()
 {
   for (Index i = 0; i < m_rows.size(); ++i)
-    m_rightHandSide[i] = m_states[i] == FREE ? residualOf(velocities, *m_rows[i]) : 0;
+    m_rightHandSide[i] = m_states[i] == FREE ? residualOf(*m_rows[i]) : 0;
   m_change = m_factor.solve(m_rightHandSide);
-  if (m_change.allFinite()) apply(velocities);
+  if (m_change.allFinite()) apply();
 }
 
 } // namespace kel

@@ -19,7 +19,7 @@ public:
   void setRows(const std::vector<ScaledRow*>& rows);
   /// Solves for the rows as they and the velocities are now, and changes both. False, and nothing changes, if
   /// no solution was found.
-  bool solve(std::vector<ScaledVelocity>& velocities);
+  bool solve();
 
 private:
   enum State : char
@@ -38,8 +38,8 @@ private:
   bool solveFree();
   void findInfeasible();
   State wantedState(Index i) const;
-  void apply(std::vector<ScaledVelocity>& velocities);
-  void refine(std::vector<ScaledVelocity>& velocities);
+  void apply();
+  void refine();
 
   std::vector<ScaledRow*> m_rows;
   std::vector<Index> m_patternBodies; // of the rows that the pattern was made for

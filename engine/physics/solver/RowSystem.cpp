@@ -32,6 +32,17 @@ inline void addScaled(Real (&target)[6], const Real (&row)[6], Real factor)
   for (std::size_t i = 0; i < 3; ++i) *reinterpret_cast<Pair*>(&target[2 * i]) += load(row, i) * factor;
 }
 
+/// Inverse of the mass that a row moves.
+inline Real inverseMassOf(const ScaledRow& row) { return speed(row.j, row.j[0], row.j[1]); }
+
+/// The damping of a row, s, whose spring swings too fast for the step: such a row gains energy when its
+/// direction turns, unless a violation takes some steps to go.
+Real dampingOf(const ConstraintRow& source, Real inverseMass, Real timeStep)
+{
+  const bool isResolved = inverseMass * timeStep * timeStep < source.compliance;
+  return isResolved ? source.damping : std::max(source.damping, LEAST_DAMPING_STEPS * timeStep);
+}
+
 /// Brings an impulse into a rectangle of the half widths a and b, or, along itself, into the ellipse in it.
 inline void project(Real (&impulse)[2], Real a, Real b, bool isEllipse)
 {
@@ -50,17 +61,6 @@ inline void project(Real (&impulse)[2], Real a, Real b, bool isEllipse)
   impulse[1] *= factor;
 }
 
-/// Inverse of the mass that a row moves.
-inline Real inverseMassOf(const ScaledRow& row) { return speed(row.j, row.j[0], row.j[1]); }
-
-/// The damping of a row, s, whose spring swings too fast for the step: such a row gains energy when its
-/// direction turns, unless a violation takes some steps to go.
-Real dampingOf(const ConstraintRow& source, Real inverseMass, Real timeStep)
-{
-  const bool isResolved = inverseMass * timeStep * timeStep < source.compliance;
-  return isResolved ? source.damping : std::max(source.damping, LEAST_DAMPING_STEPS * timeStep);
-}
-
 } // namespace
 
 Real dot(const Real (&a)[6], const Real (&b)[6])
@@ -69,15 +69,16 @@ Real dot(const Real (&a)[6], const Real (&b)[6])
   return sum[0] + sum[1];
 }
 
-void applyImpulse(std::vector<ScaledVelocity>& velocities, const ScaledRow& row, Real impulse)
+void setImpulse(ScaledRow& row, Real impulse)
 {
-  for (std::size_t side = 0; side < 2; ++side) addScaled(velocities[row.body[side]].v, row.j[side], impulse);
+  const Real change = impulse - row.impulse;
+  row.impulse = impulse;
+  for (std::size_t side = 0; side < 2; ++side) addScaled(*row.velocity[side], row.j[side], change);
 }
 
-Real residualOf(const std::vector<ScaledVelocity>& velocities, const ScaledRow& row)
+Real residualOf(const ScaledRow& row)
 {
-  return row.rhs - speed(row.j, velocities[row.body[0]].v, velocities[row.body[1]].v) -
-         row.sigma * row.impulse;
+  return row.rhs - speed(row.j, *row.velocity[0], *row.velocity[1]) - row.sigma * row.impulse;
 }
 
 void RowSystem::clear()
@@ -126,13 +127,15 @@ void RowSystem::scale(const ConstraintRow& source, Real timeStep, ScaledRow& row
     row.solveType = 0;
     row.body[0] = row.body[1] = 0;
   }
+  for (std::size_t side = 0; side < 2; ++side)
+    row.velocity[side] = row.body[side] ? &m_velocities[row.body[side]].v : &m_still.v;
   m_solveTypes |= row.solveType;
 }
 
 void RowSystem::start(ScaledRow& row, Real impulse)
 {
-  row.impulse = row.solveType ? std::min(std::max(impulse, row.lower), row.upper) : 0;
-  if (row.impulse != 0) applyImpulse(m_velocities, row, row.impulse);
+  row.impulse = 0;
+  if (row.solveType) setImpulse(row, std::min(std::max(impulse, row.lower), row.upper));
 }
 
 Index RowSystem::add(const ConstraintRow& source, Index body1, Index body2, Real timeStep, Real impulse,
@@ -214,7 +217,7 @@ void RowSystem::limitAlongSliding(const Friction& friction, Real (&limits)[2]) c
   const auto& rows = friction.rows;
   Real wanted[2];
   for (std::size_t k = 0; k < 2; ++k)
-    wanted[k] = rows[k].impulse + residualOf(m_velocities, rows[k]) * rows[0].inverseDiagonal;
+    wanted[k] = rows[k].impulse + residualOf(rows[k]) * rows[0].inverseDiagonal;
   Real allowed[2] = {wanted[0], wanted[1]};
   project(allowed, limits[0], limits[1], true);
   if (allowed[0] == wanted[0] && allowed[1] == wanted[1]) return;
@@ -246,8 +249,8 @@ bool RowSystem::sweepRows()
   bool met = true;
   for (ScaledRow& row : m_rows) {
     if (!(row.solveType & Constraint::ITERATIVE)) continue;
-    Real(&v1)[6] = m_velocities[row.body[0]].v;
-    Real(&v2)[6] = m_velocities[row.body[1]].v;
+    Real(&v1)[6] = *row.velocity[0];
+    Real(&v2)[6] = *row.velocity[1];
     const Real residual = row.rhs - speed(row.j, v1, v2) - row.sigma * row.impulse;
     const Real impulse =
         std::min(std::max(row.impulse + residual * row.inverseDiagonal, row.lower), row.upper);
@@ -268,8 +271,8 @@ bool RowSystem::sweepFrictions()
     if (!(rows[0].solveType & Constraint::ITERATIVE)) continue;
     const Real bounding = boundingImpulse(friction.bound);
     if (bounding == 0 && rows[0].impulse == 0 && rows[1].impulse == 0) continue;
-    Real(&v1)[6] = m_velocities[rows[0].body[0]].v;
-    Real(&v2)[6] = m_velocities[rows[0].body[1]].v;
+    Real(&v1)[6] = *rows[0].velocity[0];
+    Real(&v2)[6] = *rows[0].velocity[1];
     const Real inverseDiagonal = rows[0].inverseDiagonal;
     Real impulse[2];
     for (std::size_t k = 0; k < 2; ++k) {

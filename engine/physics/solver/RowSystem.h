@@ -21,8 +21,9 @@ struct ScaledRow
   Real impulse;
   Real lower;
   Real upper;
-  Index body[2];    ///< 0 for what impulses do not move
-  UInt32 solveType; ///< bits of `Constraint::SolveType`
+  Real (*velocity[2])[6]; ///< of the bodies, scaled
+  Index body[2];          ///< 0 for what impulses do not move
+  UInt32 solveType;       ///< bits of `Constraint::SolveType`
 };
 
 /// What bounds the impulse of two rows of friction: a coefficient for each, times the impulse of the row
@@ -48,6 +49,8 @@ public:
   RowSystem(const std::vector<SolverBody>& bodies, std::vector<ScaledVelocity>& velocities)
       : m_bodies(bodies), m_velocities(velocities)
   {}
+  RowSystem(const RowSystem&) = delete;
+  RowSystem& operator=(const RowSystem&) = delete;
 
   /// Drops all rows.
   void clear();
@@ -63,8 +66,8 @@ public:
   UInt32 sweep(UInt32 maxSweeps);
   /// The rows of a direct solution, friction last, in the order of their addition. Good until rows are added.
   void getDirectRows(std::vector<ScaledRow*>& rows);
-  /// Bounds the friction of the direct rows by the impulses of the normals, and a cone by the box that touches
-  /// it where the sliding points; whether a bound changed by more than a thousandth.
+  /// Bounds the friction of the direct rows by the impulses of the normals, and a cone by the box that
+  /// touches it where the sliding points; whether a bound changed by more than a thousandth.
   bool updateFrictionBounds();
   bool hasRowsOf(UInt32 solveType) const { return (m_solveTypes & solveType) != 0; }
   /// Makes all rows iterative.
@@ -77,8 +80,6 @@ public:
     return m_frictions[pair].rows[direction].impulse;
   }
   UInt32 getNumRows() const { return static_cast<UInt32>(m_rows.size() + 2 * m_frictions.size()); }
-  /// The scaled velocities of all bodies.
-  std::vector<ScaledVelocity>& velocities() { return m_velocities; }
 
 private:
   struct Friction
@@ -97,14 +98,15 @@ private:
 
   const std::vector<SolverBody>& m_bodies;
   std::vector<ScaledVelocity>& m_velocities;
+  ScaledVelocity m_still; // of all that does not move: systems that are solved side by side share nothing
   std::vector<ScaledRow> m_rows;
   std::vector<Friction> m_frictions;
   UInt32 m_solveTypes = 0; // of all rows together
 };
 
-/// Adds a row times an impulse to the velocities of its bodies.
-void applyImpulse(std::vector<ScaledVelocity>& velocities, const ScaledRow& row, Real impulse);
+/// Changes the impulse of a row, N s, and the velocities of its bodies with it.
+void setImpulse(ScaledRow& row, Real impulse);
 /// By how much a row misses its right-hand side.
-Real residualOf(const std::vector<ScaledVelocity>& velocities, const ScaledRow& row);
+Real residualOf(const ScaledRow& row);
 
 } // namespace kel

@@ -1,10 +1,10 @@
 #pragma once
 #include "kel/DynamicsSystem.h"
 #include "kelCollide/GeometryContact.h"
-#include "solver/ContactConstraints.h"
+#include "solver/IslandSystem.h"
 #include "solver/Islands.h"
-#include "solver/RowSystem.h"
-#include "solver/SplitSolver.h"
+#include "solver/SolverBodies.h"
+#include "solver/Workers.h"
 #include <deque>
 #include <vector>
 
@@ -14,8 +14,6 @@ namespace kel {
 class Solver::Step
 {
 public:
-  Step() : m_rows(m_bodies, m_velocities), m_contactConstraints(m_bodies, m_rows) {}
-
   void solve(const Solver& solver, DynamicsSystem& system, Real timeStep);
 
   UInt32 numRows = 0;
@@ -24,44 +22,20 @@ public:
   UInt32 numFallbacks = 0;
 
 private:
-  /// A constraint of the island and its first row.
-  struct ConstraintRows
-  {
-    Constraint* constraint;
-    std::size_t begin;
-  };
+  void findIslands(const DynamicsSystem& system);
+  void addConstraints(const DynamicsSystem& system);
+  void addContacts(const kelCollide::Space& space);
+  void fillIsland(IslandSystem& island, std::span<const Index> items, const Solver& solver,
+                  const DynamicsSystem& system, Real timeStep);
+  /// Rows that the items of an island can give to a direct solution.
+  std::size_t countDirectRows(std::span<const Index> items, const DynamicsSystem& system) const;
+  void count(const IslandSystem& island);
 
-  void loadBodies(const DynamicsSystem& system);
-  void findIslands();
-  void solveIsland(std::size_t island);
-  /// Rows that an island gives to a direct solution.
-  std::size_t countDirectRows(std::span<const Index> items) const;
-  void addConstraint(Constraint& constraint);
-  void addContact(const kelCollide::GeometryContact& contact);
-  void storeForces();
-  void storeVelocities();
-  /// Number of a body among the solver's: 0 for one that does not move.
-  Index indexOf(const RigidBody* body) const;
-  /// The same, 0 also for one that impulses do not move.
-  Index movableIndexOf(const RigidBody* body) const;
-  /// Whether a body may touch others: its numbers would become theirs.
-  bool isFinite(const RigidBody* body) const;
-
-  const Solver* m_solver = nullptr;
-  DynamicsSystem* m_system = nullptr;
-  Real m_timeStep = 0;
-  std::vector<SolverBody> m_bodies; // the world, then the system's bodies in their order
-  std::vector<ScaledVelocity> m_velocities;
-  std::vector<Index> m_inIsland;
+  SolverBodies m_bodies;
   std::vector<kelCollide::GeometryContact> m_contacts; // those that act
   Islands m_islands;
-  RowSystem m_rows;
-  ContactConstraints m_contactConstraints;
-  /// Of the islands; each knows what its island has in common with the one of the last step.
-  std::deque<SplitSolver> m_solvers;
-  std::vector<ConstraintRows> m_constraints;
-  std::vector<ConstraintRow> m_constraintRows; // of these, in their order: the first rows of the island
-  std::vector<Real> m_forces;                  // of these rows, N
+  std::deque<IslandSystem> m_systems; // of the islands, and some more
+  Workers m_workers;
 };
 
 } // namespace kel

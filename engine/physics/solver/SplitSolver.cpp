@@ -30,7 +30,7 @@ SplitSolver::Result SplitSolver::solve(RowSystem& rows, UInt32 maxSweeps)
 bool SplitSolver::solveInTurns(RowSystem& rows, UInt32 maxSweeps, UInt32& sweeps)
 {
   m_direct.setRows(m_directRows);
-  if (!m_direct.solve(rows.velocities())) return false;
+  if (!m_direct.solve()) return false;
   const UInt32 sweepsPerTurn = std::max(maxSweeps / MAX_TURNS, UInt32(1));
   for (UInt32 turn = 0; turn < MAX_TURNS; ++turn) {
     bool settled = !rows.updateFrictionBounds();
@@ -40,7 +40,7 @@ bool SplitSolver::solveInTurns(RowSystem& rows, UInt32 maxSweeps, UInt32& sweeps
       settled = settled && done == 1;
     }
     if (settled) break;
-    if (!m_direct.solve(rows.velocities())) return false;
+    if (!m_direct.solve()) return false;
   }
   return true;
 }

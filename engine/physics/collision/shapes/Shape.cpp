@@ -32,7 +32,15 @@ Vec3 Shape::getSupportPoint(const Vec3&) const { return {}; }
 
 const BoundingAABB& Shape::updateBoundingVolume()
 {
-  return m_bound = calculateBound(m_transform, calculateLocalBound());
+  if (!hasSupportFunction()) return m_bound = calculateBound(m_transform, calculateLocalBound());
+  for (std::size_t i = 0; i < 3; ++i) {
+    Vec3 axis;
+    axis[i] = 1;
+    const Vec3 local = m_transform.transform3x3Inv(axis);
+    m_bound.min()[i] = m_transform.transformPoint(getSupportPoint(-local))[i];
+    m_bound.max()[i] = m_transform.transformPoint(getSupportPoint(local))[i];
+  }
+  return m_bound;
 }
 
 BoundingAABB Shape::calculateBound(const AffineMatrix4x4& transform, const BoundingAABB& bound)
@@ -130,6 +138,13 @@ BoundingAABB ShapeGroup::calculateLocalBound() const
   for (std::size_t i = 0; i < m_children.size(); ++i)
     bound.expand(m_children[i]->calculateLocalBound(), m_transforms[i]);
   return bound;
+}
+
+const BoundingAABB& ShapeGroup::updateBoundingVolume()
+{
+  m_bound.reset();
+  for (const auto& child : m_children) m_bound.expand(child->updateBoundingVolume());
+  return m_bound;
 }
 
 void ShapeGroup::propagateTransform(const AffineMatrix4x4& transform)

@@ -1,0 +1,54 @@
+#include "kelCollide/Convex.h"
+#include "collision/shapes/Hull.h"
+#include <limits>
+
+namespace kelCollide {
+
+namespace {
+
+/// The indices if they make a closed surface of the vertices, else those of the hull.
+kel::UInt32Vector chooseIndices(const kel::Vec3Vector& vertices, const kel::UInt32Vector& indices,
+                                const Hull& hull)
+{
+  if (indices.empty()) return hull.triangles();
+  const kel::ref_ptr<CollisionMeshData> data = new CollisionMeshData;
+  data->getVertices() = vertices;
+  data->getIndices() = indices;
+  data->update();
+  return data->isClosed() ? indices : hull.triangles();
+}
+
+} // namespace
+
+Convex::Convex(const kel::Vec3Vector& vertices, const kel::UInt32Vector& indices,
+               const kel::String& sourceName, kel::UInt32 optionsMask)
+    : Convex(vertices, indices, sourceName, optionsMask, Hull::of(vertices))
+{}
+
+Convex::Convex(const kel::Vec3Vector& vertices, const kel::UInt32Vector& indices,
+               const kel::String& sourceName, kel::UInt32 optionsMask, std::shared_ptr<const Hull> hull)
+    : Trimesh(CONVEX, vertices, chooseIndices(vertices, indices, *hull), sourceName, optionsMask, 0),
+      m_hull(std::move(hull))
+{}
+
+Convex::Convex(const Convex& other, CollisionMeshData* data) : Trimesh(other, data), m_hull(other.m_hull) {}
+
+Convex::~Convex() = default;
+
+kel::Vec3 Convex::getSupportPoint(const kel::Vec3& direction) const
+{
+  const kel::Vec3Vector& vertices = getMeshData()->getVertices();
+  kel::Real best = -std::numeric_limits<kel::Real>::max();
+  kel::Vec3 point;
+  for (const kel::Vec3& vertex : vertices) {
+    const kel::Real along =
+        vertex.x() * direction.x() + vertex.y() * direction.y() + vertex.z() * direction.z();
+    if (along > best) {
+      best = along;
+      point = vertex;
+    }
+  }
+  return point;
+}
+
+} // namespace kelCollide

@@ -1,0 +1,146 @@
+#include "collision/shapes/Hull.h"
+#include "collision/bulletVectors.h"
+#include <LinearMath/btConvexHullComputer.h>
+#include <algorithm>
+#include <cmath>
+
+namespace kelCollide {
+
+using kel::Real;
+using kel::UInt32;
+using kel::Vec3;
+
+namespace {
+
+constexpr Real FLAT = 1e-9;     // part of the size below which an extent counts as none
+constexpr Real COPLANAR = 1e-7; // part of the size by which corners of one face may miss its plane
+
+/// The points that span the most: one, two or three of them, and a fourth if the points have a volume.
+std::vector<UInt32> findExtremes(const kel::Vec3Vector& points, const std::vector<UInt32>& usable, Real& size)
+{
+  std::vector<UInt32> extremes = {usable.front()};
+  const auto addFurthest = [&](auto measure, Real smallest) {
+    const UInt32 best = *std::max_element(usable.begin(), usable.end(), [&](UInt32 a, UInt32 b) {
+      return measure(points[a]) < measure(points[b]);
+    });
+    if (measure(points[best]) <= smallest) return false;
+    extremes.push_back(best);
+    return true;
+  };
+  const Vec3 origin = points[extremes[0]];
+  if (!addFurthest([&](const Vec3& p) { return p.distance(origin); }, 0)) return extremes;
+  size = points[extremes[1]].distance(origin);
+  const Vec3 along = (points[extremes[1]] - origin) / size;
+  if (!addFurthest([&](const Vec3& p) { return cross(p - origin, along).length(); }, FLAT * size))
+    return extremes;
+  const Vec3 normal = cross(along, points[extremes[2]] - origin).normal();
+  addFurthest([&](const Vec3& p) { return std::fabs((p - origin) * normal); }, FLAT * size);
+  return extremes;
+}
+
+} // namespace
+
+Vec3 Hull::support(const Vec3& direction) const
+{
+  const Vec3* best = points.data();
+  Real most = *best * direction;
+  for (const Vec3& point : points) {
+    const Real along = point * direction;
+    if (along > most) {
+      most = along;
+      best = &point;
+    }
+  }
+  return *best;
+}
+
+kel::UInt32Vector Hull::triangles() const
+{
+  kel::UInt32Vector indices;
+  for (const Polygon& polygon : polygons) {
+    for (std::size_t i = 2; i < polygon.corners.size(); ++i) {
+      indices.push_back(origins[polygon.corners[0]]);
+      indices.push_back(origins[polygon.corners[i - 1]]);
+      indices.push_back(origins[polygon.corners[i]]);
+    }
+  }
+  return indices;
+}
+
+std::shared_ptr<const Hull> Hull::of(const kel::Vec3Vector& given)
+{
+  auto hull = std::make_shared<Hull>();
+  std::vector<UInt32> usable;
+  for (std::size_t i = 0; i < given.size(); ++i)
+    if (std::isfinite(given[i].length2())) usable.push_back(static_cast<UInt32>(i));
+  if (usable.empty()) return hull;
+
+  Real size = 0;
+  const std::vector<UInt32> extremes = findExtremes(given, usable, size);
+  if (extremes.size() == 4) {
+    hull->buildPolyhedron(given, usable, size);
+  } else {
+    // The two sides of a polygon hold all points of their plane; those inside it do no harm.
+    const std::vector<UInt32>& kept = extremes.size() == 3 ? usable : extremes;
+    hull->origins = kept;
+    for (const UInt32 index : kept) hull->points.push_back(given[index]);
+    if (extremes.size() == 3) {
+      const Vec3 a = given[extremes[0]];
+      const Vec3 normal = cross(given[extremes[1]] - a, given[extremes[2]] - a).normal();
+      hull->addPolygon(normal, normal * a, COPLANAR * size);
+      hull->addPolygon(-normal, -(normal * a), COPLANAR * size);
+    }
+  }
+  for (const Vec3& point : hull->points) hull->center += point / static_cast<Real>(hull->points.size());
+  return hull;
+}
+
+void Hull::buildPolyhedron(const kel::Vec3Vector& given, const std::vector<UInt32>& usable, Real size)
+{
+  std::vector<Real> coordinates;
+  for (const UInt32 index : usable)
+    coordinates.insert(coordinates.end(), given[index].ptr(), given[index].ptr() + 3);
+  btConvexHullComputer computer;
+  computer.compute(coordinates.data(), 3 * int(sizeof(Real)), static_cast<int>(usable.size()), 0, 0);
+  for (int i = 0; i < computer.vertices.size(); ++i) {
+    origins.push_back(usable[static_cast<std::size_t>(computer.original_vertex_index[i])]);
+    points.push_back(given[origins.back()]);
+  }
+  const auto corner = [&](int vertex) { return points[static_cast<std::size_t>(vertex)]; };
+  for (int i = 0; i < computer.faces.size(); ++i) {
+    const btConvexHullComputer::Edge* const first = &computer.edges[computer.faces[i]];
+    const Vec3 origin = corner(first->getSourceVertex());
+    Vec3 area;
+    for (auto edge = first->getNextEdgeOfFace(); edge != first; edge = edge->getNextEdgeOfFace())
+      area += cross(corner(edge->getSourceVertex()) - origin, corner(edge->getTargetVertex()) - origin);
+    if (area.length() > FLAT * size * size)
+      addPolygon(area.normal(), area.normal() * origin, COPLANAR * size);
+  }
+}
+
+void Hull::addPolygon(const Vec3& normal, Real height, Real tolerance)
+{
+  Polygon polygon{{}, normal};
+  Vec3 middle;
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    if (std::fabs(normal * points[i] - height) > tolerance) continue;
+    polygon.corners.push_back(i);
+    middle += points[i];
+  }
+  const bool isKnown = std::any_of(polygons.begin(), polygons.end(), [&](const Polygon& known) {
+    return known.normal * normal > 0.999 &&
+           std::fabs((points[known.corners[0]] - points[polygon.corners[0]]) * normal) <= 2 * tolerance;
+  });
+  if (isKnown || polygon.corners.size() < 3) return;
+  middle /= static_cast<Real>(polygon.corners.size());
+  const Vec3 u = (points[polygon.corners[0]] - middle).normal();
+  const Vec3 v = cross(normal, u);
+  const auto angle = [&](std::size_t i) {
+    return std::atan2((points[i] - middle) * v, (points[i] - middle) * u);
+  };
+  std::stable_sort(polygon.corners.begin(), polygon.corners.end(),
+                   [&](std::size_t a, std::size_t b) { return angle(a) < angle(b); });
+  polygons.push_back(std::move(polygon));
+}
+
+} // namespace kelCollide
