@@ -1,4 +1,5 @@
 #include "Engine.h"
+#include <cstdarg>
 #include <ode/ode.h>
 #include <vector>
 
@@ -115,7 +116,11 @@ private:
 
   struct Library
   {
-    Library() { dInitODE2(0); }
+    Library()
+    {
+      dInitODE2(0);
+      dSetMessageHandler([](int, const char*, std::va_list) {}); // the figures tell
+    }
   };
 
   inline static const Library s_library;
