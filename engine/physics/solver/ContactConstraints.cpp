@@ -81,7 +81,7 @@ void ContactConstraints::add(const GeometryContact& contact, const Index (&bodie
     m_unassigned = new ContactMaterial(materialOf(*contact.geometry(0)), materialOf(*contact.geometry(1)));
     material = m_unassigned.get();
   }
-  Common common = {contact, *material, {bodies[0], bodies[1]}, {}, 0, 0, 0, 0};
+  Common common = {*material, {bodies[0], bodies[1]}};
   for (std::size_t side = 0; side < 2; ++side)
     if (const RigidBody* body = contact.rigidBody(side)) common.centers[side] = body->getCmPosition();
   setSolveTypes(common);

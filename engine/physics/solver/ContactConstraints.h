@@ -38,14 +38,13 @@ private:
   /// What the points of a contact have in common.
   struct Common
   {
-    const kelCollide::GeometryContact& contact;
     const ContactMaterial& material;
-    Index bodies[2];
-    Vec3 centers[2];
-    Real adhesion;     // share of a point, N
-    UInt32 normalType; // solve types of the rows
-    UInt32 frictionType;
-    Real frictionWarmStart; // part of the last impulses
+    Index bodies[2] = {0, 0};
+    Vec3 centers[2] = {};
+    Real adhesion = 0;     // share of a point, N
+    UInt32 normalType = 0; // solve types of the rows
+    UInt32 frictionType = 0;
+    Real frictionWarmStart = 0; // part of the last impulses
   };
 
   void setSolveTypes(Common& common) const;
