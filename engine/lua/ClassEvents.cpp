@@ -1,12 +1,17 @@
 #include "ClassEvents.h"
 #include "Members.h"
 #include "kelLua/Handles.h"
+#include "kelLua/operations.h"
 #include "ownFrame.h"
 #include "pushWrapper.h"
 #include "toluaFunctions.h"
+#include <algorithm>
+#include <cstring>
 #include <initializer_list>
+#include <iterator>
 #include <lua.hpp>
 #include <tolua++.h>
+#include <unordered_set>
 
 namespace kelLua {
 
@@ -14,19 +19,12 @@ namespace {
 
 using members::findOperation;
 using members::rawField;
+using wrap::onlyFirst;
 
 /// registry[&s_foreign]: the set of metatables that somebody else's tolua++ has made.
 const char s_foreign = 0;
 /// registry[&s_events]: the functions that all metatables share, by the event's name.
 const char s_events = 0;
-
-/// An event has one result.
-int onlyFirst(lua_State* L, int numResults)
-{
-  if (numResults == 0) lua_pushnil(L);
-  if (numResults > 1) lua_settop(L, -numResults);
-  return 1;
-}
 
 // ---- Events
 
@@ -50,14 +48,17 @@ int operate(lua_State* L)
       lua_pop(L, 1);
     } while (members::toMetatable(L));
   }
-  tolua_error(L, "Attempt to perform operation on an invalid operand", nullptr);
-  return 0;
+  wrap::badOperand(L);
 }
 
 int equal(lua_State* L)
 {
   lua_settop(L, 2);
   if (lua_isuserdata(L, 1) && findOperation(L, ".eq") && lua_isfunction(L, -1)) {
+    if (const lua_CFunction wrapper = toOwnFrame(L)) {
+      lua_settop(L, 2);
+      return onlyFirst(L, wrapper(L));
+    }
     lua_pushvalue(L, 1);
     lua_pushvalue(L, 2);
     lua_call(L, 2, 1);
@@ -224,7 +225,24 @@ void pushSharedFinaliser(lua_State* L)
   lua_remove(L, -2);
 }
 
+/// The events that call a class's own wrapper.
+std::unordered_set<lua_CFunction>& operations()
+{
+  static std::unordered_set<lua_CFunction> s_operations;
+  return s_operations;
+}
+
 } // namespace
+
+bool isOperation(lua_State* L)
+{
+  lua_Debug frame;
+  if (!lua_getstack(L, 0, &frame)) return false;
+  lua_getinfo(L, "f", &frame);
+  const bool found = operations().contains(lua_tocfunction(L, -1));
+  lua_pop(L, 1);
+  return found;
+}
 
 void openClassEvents(lua_State* L)
 {
@@ -282,6 +300,23 @@ void addType(lua_State* L, const char* type)
   lua_pushboolean(L, 1);
   lua_setfield(L, -2, constType); // a plain object is a const one, too
   lua_settop(L, top);
+}
+
+void setOperation(lua_State* L, const char* operation, lua_CFunction event)
+{
+  const int classTable = lua_gettop(L);
+  const auto* shared = std::find_if(std::begin(SHARED), std::end(SHARED), [operation](const Event& each) {
+    return each.operation && std::strcmp(each.operation, operation) == 0;
+  });
+  if (shared == std::end(SHARED)) return;
+  pushWrapper(L, event, 0);
+  setEvent(L, classTable, shared->name);
+  if (members::pushConstTwin(L, classTable)) {
+    lua_insert(L, -2);
+    setEvent(L, classTable + 1, shared->name);
+  }
+  lua_settop(L, classTable);
+  operations().insert(event);
 }
 
 void dropFinaliser(lua_State* L, const char* type)

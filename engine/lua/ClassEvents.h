@@ -1,6 +1,6 @@
 #pragma once
 
-struct lua_State;
+#include <lua.hpp>
 
 namespace kelLua {
 
@@ -11,6 +11,12 @@ void openClassEvents(lua_State* L);
 /// tables get our look-up in place of the binding library's, and operators that call wrappers without a
 /// detour; objects gain the unary minus, by `.sub`, and `tostring`, by `.tostring`.
 void addType(lua_State* L, const char* type);
+
+/// Makes `event` what Lua calls for an arithmetic operator on objects of the class whose table is on top of
+/// the stack, in place of the search for the operation, such as ".mul". Nothing for other operations.
+void setOperation(lua_State* L, const char* operation, lua_CFunction event);
+/// Whether the running function is such an event.
+bool isOperation(lua_State* L);
 
 /// Lets the objects of a type go without a finaliser, as all their values lie in the handles; but not where
 /// another plug-in has made the type, which may push objects of its own.

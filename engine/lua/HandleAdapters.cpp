@@ -2,6 +2,7 @@
 #include "HandleState.h"
 #include "HandleTables.h"
 #include "kelLua/Handles.h"
+#include <algorithm>
 
 namespace kelLua::handles {
 
@@ -18,13 +19,33 @@ void adapterTop(lua_State* L, const void* object, bool owned)
 
 void keepAdapter(lua_State* L, const void* object) { assign(L, get(L).kept, object, 1); }
 
-void pushAdapter(lua_State* L, const void* object)
+namespace {
+
+/// Pushes two values: a table, and the handle of the adapter in it; false, and nothing, if it has none.
+bool pushHandle(lua_State* L, const State& state, const void* object)
 {
-  const State& state = get(L);
-  lookUp(L, state.adapters, object); // both, or only the other one if the handle was finalised
-  if (!lua_isnil(L, -1)) return;
-  lua_pop(L, 1);
-  lookUp(L, state.kept, object);
+  for (const int table : {state.adapters, state.kept}) { // both, or only the other one after finalisation
+    lua_rawgeti(L, LUA_REGISTRYINDEX, table);
+    lua_pushlightuserdata(L, const_cast<void*>(object));
+    lua_rawget(L, -2);
+    if (lua_isuserdata(L, -1)) return true;
+    lua_pop(L, 2);
+  }
+  return false;
+}
+
+} // namespace
+
+bool pushAdapter(lua_State* L, const void* object)
+{
+  const auto isOfThread = [L](const auto& state) { return state->L == L; };
+  const auto state = std::find_if(states().begin(), states().end(), isOfThread);
+  if (state == states().end() || !lua_checkstack(L, LUA_MINSTACK)) return false;
+  if (!pushHandle(L, **state, object)) return false;
+  lua_getfenv(L, -1);
+  if (lua_topointer(L, -1) != (*state)->registry) return true;
+  lua_pop(L, 3);
+  return false;
 }
 
 void forgetAdapter(const void* object) noexcept
@@ -32,9 +53,10 @@ void forgetAdapter(const void* object) noexcept
   for (const auto& state : states()) {
     lua_State* L = state->L;
     if (!lua_checkstack(L, 12)) continue;
-    pushAdapter(L, object);
-    if (lua_isuserdata(L, -1)) clearTop(L);
-    lua_pop(L, 1);
+    if (pushHandle(L, *state, object)) {
+      clearTop(L);
+      lua_pop(L, 2);
+    }
     erase(L, state->kept, object);
     erase(L, state->adapters, object);
   }

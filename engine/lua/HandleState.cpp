@@ -83,11 +83,6 @@ bool pushOwnTable(lua_State* L, int handle)
   return false;
 }
 
-bool isAlive(lua_State* L)
-{
-  return std::any_of(states().begin(), states().end(), [L](const auto& state) { return state->L == L; });
-}
-
 void open(lua_State* L)
 {
   if (find(L)) return;

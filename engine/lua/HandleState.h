@@ -62,7 +62,4 @@ State& get(lua_State* L);
 /// the registry.
 bool pushOwnTable(lua_State* L, int handle);
 
-/// Whether the state still lives.
-bool isAlive(lua_State* L);
-
 } // namespace kelLua::handles

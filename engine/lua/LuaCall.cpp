@@ -1,5 +1,4 @@
 #include "kelLua/LuaCall.h"
-#include "HandleState.h"
 #include "kelLua/Handles.h"
 #include "kelLua/ScriptManager.h"
 #include "kelLua/traceback.h"
@@ -35,43 +34,38 @@ void pushFunction(lua_State* L)
 
 LuaCall::LuaCall(lua_State* L, const kelStream::ClassInformation& method, const void* object) : m_lua(L)
 {
-  if (!pushFunctions(object)) return;
+  if (!findFunctions(object)) return;
   lua_pushlstring(L, method.getMethodName().data(), method.getMethodName().size());
   takeFunction();
 }
 
 LuaCall::LuaCall(lua_State* L, const Text& method, const void* object) : m_lua(L)
 {
-  if (!pushFunctions(object)) return;
+  if (!findFunctions(object)) return;
   method.push(L);
   takeFunction();
 }
 
-/// Pushes the handle of the adapter and the table of its functions; false, and nothing, if there are none.
-bool LuaCall::pushFunctions(const void* object)
+bool LuaCall::findFunctions(const void* object)
 {
-  if (!m_lua || !handles::isAlive(m_lua) || !lua_checkstack(m_lua, LUA_MINSTACK)) return false;
-  m_base = lua_gettop(m_lua);
-  handles::pushAdapter(m_lua, object);
-  if (lua_isuserdata(m_lua, -1) && handles::pushOwnTable(m_lua, m_base + 1)) return true;
-  lua_settop(m_lua, m_base);
-  return false;
+  if (!m_lua || !handles::pushAdapter(m_lua, object)) return false;
+  m_function = lua_gettop(m_lua) + 1;
+  return true;
 }
 
-/// handle, functions, name -> function, handle, which is the first argument.
+/// functions, name -> functions, function, handle, which is the first argument.
 void LuaCall::takeFunction()
 {
   pushFunction(m_lua);
   m_valid = !lua_isnil(m_lua, -1);
-  if (!m_valid) return lua_settop(m_lua, m_base);
-  lua_replace(m_lua, m_base + 2);
-  lua_insert(m_lua, m_base + 1);
+  if (!m_valid) return lua_settop(m_lua, m_function - numBelow - 1);
+  lua_pushvalue(m_lua, m_function - 2);
   m_numArgs = 1;
 }
 
 LuaCall::~LuaCall()
 {
-  if (m_valid && !m_called) lua_settop(m_lua, m_base);
+  if (m_valid && !m_called) lua_settop(m_lua, m_function - numBelow - 1);
 }
 
 bool LuaCall::call(int numResults)
@@ -80,16 +74,21 @@ bool LuaCall::call(int numResults)
   const bool tracebacks = ScriptManager::instance()->getTracebacks();
   if (tracebacks) {
     lua_pushcfunction(m_lua, addTraceback);
-    lua_insert(m_lua, m_base + 1);
+    lua_replace(m_lua, m_function - 1);
   }
-  const int status = lua_pcall(m_lua, m_numArgs, LUA_MULTRET, tracebacks ? m_base + 1 : 0);
-  if (tracebacks) lua_remove(m_lua, m_base + 1);
+  const int status = lua_pcall(m_lua, m_numArgs, LUA_MULTRET, tracebacks ? m_function - 1 : 0);
+  const int base = m_function - numBelow - 1;
   if (status != 0) {
     m_lastError = errorText(m_lua, -1);
-    lua_settop(m_lua, m_base);
+    lua_settop(m_lua, base);
     return false;
   }
-  lua_settop(m_lua, std::min(lua_gettop(m_lua), m_base + numResults));
+  const int numLeft = std::min(lua_gettop(m_lua) - m_function + 1, numResults);
+  for (int i = 0; i < numLeft; ++i) {
+    lua_pushvalue(m_lua, m_function + i);
+    lua_replace(m_lua, base + 1 + i);
+  }
+  lua_settop(m_lua, base + numLeft);
   return true;
 }
 

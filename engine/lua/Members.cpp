@@ -7,6 +7,7 @@
 #include <cstring>
 #include <iterator>
 #include <tolua++.h>
+#include <unordered_map>
 
 namespace kelLua::members {
 
@@ -175,6 +176,8 @@ int memberIndex(lua_State* L)
   return searchChain(L, chainOf(L));
 }
 
+} // namespace
+
 /// The same for a class with index operators.
 int elementIndex(lua_State* L)
 {
@@ -187,6 +190,8 @@ int elementIndex(lua_State* L)
   lua_settop(L, 2);
   return findOperation(L, ".geti") ? callGetter(L) : memberIndex(L);
 }
+
+namespace {
 
 /// Enters key and value into the table that a script sees as the object's own.
 int setField(lua_State* L)
@@ -264,14 +269,24 @@ void toClassTable(lua_State* L)
   if (isConst && lua_getmetatable(L, -1)) lua_replace(L, -2);
 }
 
-bool hasInChain(lua_State* L, int classTable, const char* key)
+/// Pushes the first value of a key in a class table and its bases, nil for none; whether there is one.
+bool pushInChain(lua_State* L, int classTable, const char* key)
 {
-  const int top = lua_gettop(L);
-  bool found = false;
+  const int place = lua_gettop(L) + 1;
   lua_pushvalue(L, classTable);
+  bool found = false;
   do found = rawField(L, key);
   while (!found && toMetatable(L));
-  lua_settop(L, top);
+  if (!found) lua_pushnil(L);
+  lua_replace(L, place);
+  lua_settop(L, place);
+  return found;
+}
+
+bool hasInChain(lua_State* L, int classTable, const char* key)
+{
+  const bool found = pushInChain(L, classTable, key);
+  lua_pop(L, 1);
   return found;
 }
 
@@ -333,6 +348,24 @@ Chain pushTables(lua_State* L, int classTable, const char* accessors, bool withC
   return chain;
 }
 
+/// The events that call a class's own index operator, by its wrapper.
+std::unordered_map<lua_CFunction, lua_CFunction>& elementEvents()
+{
+  static std::unordered_map<lua_CFunction, lua_CFunction> s_events;
+  return s_events;
+}
+
+/// The `__index` of a class in use.
+lua_CFunction indexOf(lua_State* L, int classTable)
+{
+  const bool hasElements = pushInChain(L, classTable, ".geti");
+  const auto event = elementEvents().find(lua_tocfunction(L, -1));
+  lua_pop(L, 1);
+  if (!hasElements) return memberIndex;
+  const bool hasFields = (traitsOf(L, classTable) & HAS_FIELDS) != 0;
+  return hasFields || event == elementEvents().end() ? elementIndex : event->second;
+}
+
 /// Lets the metatable at an index come into use anew.
 void reset(lua_State* L, int metatable)
 {
@@ -347,12 +380,9 @@ void reset(lua_State* L, int metatable)
 void resetClass(lua_State* L, int classTable)
 {
   reset(L, classTable);
-  lua_pushvalue(L, classTable);
-  lua_rawget(L, LUA_REGISTRYINDEX);
-  lua_pushfstring(L, "const %s", lua_tostring(L, -1));
-  lua_rawget(L, LUA_REGISTRYINDEX);
-  if (lua_istable(L, -1)) reset(L, lua_gettop(L));
-  lua_pop(L, 2);
+  if (!pushConstTwin(L, classTable)) return;
+  reset(L, lua_gettop(L));
+  lua_pop(L, 1);
 }
 
 /// Notes that the events of the metatable at an index know its bases from now on.
@@ -384,8 +414,7 @@ int firstIndex(lua_State* L)
     chain.derivedHaveVariables = (traitsOf(L, classTable) & DERIVED_HAVE_VARIABLES) != 0;
     pushChain(L, chain);
     lua_replace(L, classTable + 1);
-    const bool hasElements = hasInChain(L, classTable, ".geti");
-    pushWrapper(L, hasElements ? elementIndex : memberIndex, 2 + chain.size);
+    pushWrapper(L, indexOf(L, classTable), 2 + chain.size);
     lua_remove(L, classTable);
   }
   lua_rawset(L, metatable);
@@ -417,6 +446,8 @@ int firstNewIndex(lua_State* L)
   return 0;
 }
 
+void addElementEvent(lua_CFunction wrapper, lua_CFunction event) { elementEvents()[wrapper] = event; }
+
 void classChanged(lua_State* L, bool isBase)
 {
   const int classTable = lua_gettop(L);
@@ -445,6 +476,18 @@ void objectHasFields(lua_State* L, int handle)
     resetClass(L, classTable);
   }
   lua_pop(L, 1);
+}
+
+bool pushConstTwin(lua_State* L, int classTable)
+{
+  lua_pushvalue(L, classTable);
+  lua_rawget(L, LUA_REGISTRYINDEX);
+  lua_pushfstring(L, "const %s", lua_tostring(L, -1));
+  lua_rawget(L, LUA_REGISTRYINDEX);
+  lua_remove(L, -2);
+  if (lua_istable(L, -1)) return true;
+  lua_pop(L, 1);
+  return false;
 }
 
 bool toMetatable(lua_State* L)

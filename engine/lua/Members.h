@@ -14,11 +14,21 @@ namespace kelLua::members {
 int firstIndex(lua_State* L);
 int firstNewIndex(lua_State* L);
 
+/// Makes `event` the `__index` of classes whose index operator is a wrapper, as long as no object of them has
+/// fields of a script's own. It calls `elementIndex` for keys that are no numbers.
+void addElementEvent(lua_CFunction wrapper, lua_CFunction event);
+/// `__index` of a class with index operators.
+int elementIndex(lua_State* L);
+
 /// The class table on top of the stack got members or, with `isBase`, a derived class.
 void classChanged(lua_State* L, bool isBase);
 
 /// The handle at a stack index has fields of the script's own from now on.
 void objectHasFields(lua_State* L, int handle);
+
+/// Pushes the metatable of const objects of the class whose table is at an index; false, and nothing, if
+/// there is none.
+bool pushConstTwin(lua_State* L, int classTable);
 
 /// Replaces the value on top by its metatable; pops it and gives false if it has none.
 bool toMetatable(lua_State* L);

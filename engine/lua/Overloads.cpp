@@ -22,9 +22,9 @@ const void* classOf(lua_State* L, int n)
 } // namespace
 
 /// Whether the winner depends on the shape alone: no texts and tables, and no cleared handles.
-bool Overloads::hasShape(lua_State* L) const
+bool Overloads::hasShape(lua_State* L, int top) const
 {
-  for (int n = m_first; n <= lua_gettop(L); ++n) {
+  for (int n = m_first; n <= top; ++n) {
     const int kind = lua_type(L, n);
     if (kind == LUA_TSTRING || kind == LUA_TTABLE) return false;
     if (kind == LUA_TUSERDATA && (!handles::isHandle(L, n) || !*static_cast<void**>(lua_touserdata(L, n))))
@@ -36,8 +36,9 @@ bool Overloads::hasShape(lua_State* L) const
 int Overloads::call(lua_State* L)
 {
   const void* classes[maxArguments];
-  const int size = lua_gettop(L) - m_first + 1;
-  if (size < 0 || size > maxArguments) return search(L, m_winners[0], nullptr, size);
+  const int top = lua_gettop(L);
+  const int size = top - m_first + 1;
+  if (size < 0 || size > maxArguments) return search(L, top, m_winners[0], nullptr);
   auto hash = static_cast<std::uintptr_t>(size);
   for (int i = 0; i < size; ++i) {
     classes[i] = classOf(L, m_first + i);
@@ -45,23 +46,23 @@ int Overloads::call(lua_State* L)
   }
   Winner& winner = m_winners[(hash >> 60) % numWinners];
   if (winner.size == size && std::equal(classes, classes + size, winner.classes)) {
-    const int results = winner.function(L);
+    const int results = winner.function(L, top);
     if (results != notTaken) return results;
   }
-  return search(L, winner, classes, size);
+  return search(L, top, winner, classes);
 }
 
 /// Tries the overloads in turn; what wins becomes the winner for the classes unless they are null.
-int Overloads::search(lua_State* L, Winner& winner, const void* const* classes, int size)
+int Overloads::search(lua_State* L, int top, Winner& winner, const void* const* classes)
 {
-  const bool lasts = classes && hasShape(L);
+  const bool lasts = classes && hasShape(L, top);
   for (int i = 0; i < m_numOverloads; ++i) {
-    const int results = m_overloads[i](L);
+    const int results = m_overloads[i](L, top);
     if (results == notTaken) continue;
     if (lasts) {
-      winner.size = size;
+      winner.size = top - m_first + 1;
       winner.function = m_overloads[i];
-      std::copy(classes, classes + size, winner.classes);
+      std::copy(classes, classes + winner.size, winner.classes);
       if (!std::exchange(m_remembers, true)) m_next = std::exchange(s_remembering, this);
     }
     return results;

@@ -5,6 +5,7 @@
 #include "ownFrame.h"
 #include "pushWrapper.h"
 #include <cstdio>
+#include <cstring>
 
 namespace kelLua::wrap {
 
@@ -47,10 +48,36 @@ void enterFunction(lua_State* L, const Entry& entry)
   lua_pushstring(L, entry.name);
   pushWrapper(L, entry.function, 0);
   lua_rawset(L, -3);
+  if (!entry.event) return;
+  if (std::strcmp(entry.name, ".geti") == 0)
+    members::addElementEvent(entry.function, entry.event);
+  else
+    setOperation(L, entry.name, entry.event);
+}
+
+/// Enters a closure over the variable's context.
+void enterAccessor(lua_State* L, const char* accessors, const Entry& entry, lua_CFunction function)
+{
+  if (!members::rawField(L, accessors)) {
+    lua_newtable(L);
+    lua_pushstring(L, accessors);
+    lua_pushvalue(L, -2);
+    lua_rawset(L, -4);
+  }
+  lua_pushstring(L, entry.name);
+  lua_pushlightuserdata(L, const_cast<void*>(entry.context));
+  lua_pushcclosure(L, function, 1);
+  lua_rawset(L, -3);
+  lua_pop(L, 1);
 }
 
 void enterVariable(lua_State* L, const Entry& entry)
 {
+  if (entry.context) {
+    enterAccessor(L, ".get", entry, entry.function);
+    if (entry.setter) enterAccessor(L, ".set", entry, entry.setter);
+    return;
+  }
   addToOwnFrame(entry.function);
   if (entry.setter) addToOwnFrame(entry.setter);
   tolua_variable(L, entry.name, entry.function, entry.setter);
@@ -80,10 +107,19 @@ void enterType(lua_State* L, const TypeEntry& entry)
   }
 }
 
+bool hasOperation(lua_State* L, const char* name)
+{
+  const int top = lua_gettop(L);
+  const bool found = members::findOperation(L, name);
+  lua_settop(L, top);
+  return found;
+}
+
 } // namespace
 
 void failed(lua_State* L, const char* name, tolua_Error* failure, const char* signatures)
 {
+  if (name[0] == '.' && isOperation(L) && !hasOperation(L, name)) badOperand(L);
   raise(L, Text("#ferror in function '%s'.", name), failure, signatures);
 }
 
@@ -101,6 +137,14 @@ void badValue(lua_State* L, tolua_Error* failure)
 {
   raise(L, "#vinvalid type in variable assignment.", failure, nullptr);
 }
+
+void badOperand(lua_State* L)
+{
+  tolua_error(L, "Attempt to perform operation on an invalid operand", nullptr);
+  __builtin_unreachable();
+}
+
+int memberOrElement(lua_State* L) { return members::elementIndex(L); }
 
 void missingObject(lua_State* L, int n, const Type& type, const char* name)
 {

@@ -16,4 +16,6 @@ struct IndexRange32
   friend bool operator==(const IndexRange32&, const IndexRange32&) = default;
 };
 
+using IndexRange = IndexRange32;
+
 } // namespace kel

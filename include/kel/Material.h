@@ -1,55 +1,66 @@
 #pragma once
+#include "kel/BulkMaterial.h"
 #include "kel/Name.h"
-#include "kel/Referenced.h"
-#include "kel/Types.h"
-#include "kelStream/Serializable.h"
+#include "kel/SurfaceMaterial.h"
+#include "kel/WireMaterial.h"
+#include "kel/ref_ptr.h"
 
 namespace kel {
 
-/// What a geometry is made of. A contact takes the geometric means of the friction coefficients and of the
-/// restitutions of its two materials.
+/// What a geometry is made of: its inside, its surface, and what it is like as a wire. Where two materials
+/// meet, a `ContactMaterial` holds, by default one that is computed from both.
 class Material : public Referenced, public kelStream::Serializable
 {
 public:
-  /// Coefficient of dry friction: wood on stone, dry metal on metal.
-  static constexpr Real DEFAULT_FRICTION = 0.5;
-  /// Ratio of speeds after and before an impact: hard plastic or wood, which bounce a little and come to
-  /// rest.
-  static constexpr Real DEFAULT_RESTITUTION = 0.5;
-  /// Density of water, kg/m3.
-  static constexpr Real DEFAULT_DENSITY = 1000;
-
-  explicit Material(const Name& name, Real friction = DEFAULT_FRICTION,
-                    Real restitution = DEFAULT_RESTITUTION)
-      : m_name(name)
+  /// Where friction acts, for those who ask; contacts of geometries do not.
+  enum FrictionType
   {
-    setFrictionCoefficient(friction);
-    setRestitution(restitution);
-  }
+    SURFACE_FRICTION = 0,
+    POINT_FRICTION = 1
+  };
+
+  /// A material with default parts, or with copies of another one's parts.
+  explicit Material(const Name& name, const Material* other = nullptr);
+  /// One that has a coefficient of friction and a restitution against itself.
+  Material(const Name& name, Real friction, Real restitution);
+  /// Copies name, friction type and parts.
+  Material(const Material& other);
+  Material& operator=(const Material&) = delete;
 
   /// The material of geometries that have none of their own. Lives as long as the process.
   static Material* getDefaultMaterial();
 
   const String& getName() const { return m_name.str(); }
-  /// Coefficient of friction; below 0 counts as 0.
-  void setFrictionCoefficient(Real friction) { m_friction = friction > 0 ? friction : 0; }
-  Real getFrictionCoefficient() const { return m_friction; }
-  /// Ratio of speeds after and before an impact; below 0 counts as 0.
-  void setRestitution(Real restitution) { m_restitution = restitution > 0 ? restitution : 0; }
-  Real getRestitution() const { return m_restitution; }
-  /// Density in kg/m3, above 0.
-  void setDensity(Real density) { m_density = density; }
-  Real getDensity() const { return m_density; }
+  /// The parts. Owned by the material.
+  BulkMaterial* getBulkMaterial() const { return m_bulk.get(); }
+  SurfaceMaterial* getSurfaceMaterial() const { return m_surface.get(); }
+  WireMaterial* getWireMaterial() const { return m_wire.get(); }
+
+  /// A number of `FrictionType`, which is not tested; `SURFACE_FRICTION` at first.
+  void setFrictionType(UInt32 type);
+  UInt32 getFrictionType() const;
+  /// Whether a part has changed since contacts were last computed from it.
+  bool isDirty() const { return m_surface->isDirty() || m_bulk->isDirty() || m_wire->isDirty(); }
+  /// Sets the marks of all parts.
+  void setDirty(bool dirty) const;
+  /// Changes of the parts so far.
+  UInt32 getModifiedCount() const
+  {
+    return m_surface->getModifiedCount() + m_bulk->getModifiedCount() + m_wire->getModifiedCount();
+  }
+  /// The row of this material in the storage of all materials.
+  kelData::EntityPtr getEntity() const { return m_entity; }
   String getClassName() const override { return "Material"; }
 
 protected:
-  ~Material() override = default;
+  ~Material() override;
 
 private:
   Name m_name;
-  Real m_friction = DEFAULT_FRICTION;
-  Real m_restitution = DEFAULT_RESTITUTION;
-  Real m_density = DEFAULT_DENSITY;
+  kelData::EntityPtr m_entity;
+  ref_ptr<BulkMaterial> m_bulk = new BulkMaterial;
+  ref_ptr<SurfaceMaterial> m_surface = new SurfaceMaterial;
+  ref_ptr<WireMaterial> m_wire = new WireMaterial;
 };
 
 } // namespace kel

@@ -1,14 +1,14 @@
 #pragma once
+#include "kel/HashTable.h"
 #include "kel/Referenced.h"
 #include "kel/String.h"
 #include "kel/Types.h"
 #include "kel/Vec3.h"
 #include "kelStream/Serializable.h"
 #include <array>
+#include <deque>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
-#include <vector>
 
 namespace kel {
 
@@ -25,7 +25,7 @@ struct PropertyType
 };
 
 /// The properties of a type, by name. A value stays where it is as long as the table lives, so that a
-/// reference to one never dangles: a name that is gone leaves its place to a later one.
+/// reference to one never dangles: names that are gone leave their places to later ones.
 template <class T> class PropertyTable
 {
 public:
@@ -34,13 +34,10 @@ public:
   /// Inserts or overwrites, and returns the stored value.
   T& add(const String& name, T value)
   {
-    if (T* old = find(name)) return *old = std::move(value);
-    if (m_spare.empty()) return m_values.emplace(name, std::move(value)).first->second;
-    auto place = std::move(m_spare.back());
-    m_spare.pop_back();
-    place.key() = name;
-    place.mapped() = std::move(value);
-    return m_values.insert(std::move(place)).position->second;
+    T*& place = m_places[name];
+    if (!place)
+      place = m_places.size() > m_values.size() ? &m_values.emplace_back() : &m_values[m_places.size() - 1];
+    return *place = std::move(value);
   }
   /// Overwrites and returns the stored value; throws `std::runtime_error` if it is missing.
   T& set(const String& name, T value)
@@ -50,11 +47,10 @@ public:
     return *old = std::move(value);
   }
   /// The stored value, null if there is none of that name.
-  T* find(const String& name) { return const_cast<T*>(std::as_const(*this).find(name)); }
-  const T* find(const String& name) const
+  T* find(const String& name) const
   {
-    const auto found = m_values.find(name);
-    return found == m_values.end() ? nullptr : &found->second;
+    T* const* place = m_places.find(name);
+    return place ? *place : nullptr;
   }
   /// The stored value; throws `std::runtime_error` if it is missing.
   T& get(const String& name)
@@ -70,16 +66,12 @@ public:
     return *found;
   }
   /// Drops all names and keeps the memory.
-  void clear()
-  {
-    while (!m_values.empty()) m_spare.push_back(m_values.extract(m_values.begin()));
-  }
+  void clear() { m_places.clear(); }
 
 private:
-  using Values = std::unordered_map<String, T>;
   PropertyType m_type;
-  Values m_values;
-  std::vector<typename Values::node_type> m_spare;
+  HashTable<String, T*> m_places;
+  std::deque<T> m_values;
 };
 
 /// A dictionary that applications attach to an object of the engine: values by name, of nine types. Each type

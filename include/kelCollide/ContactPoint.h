@@ -27,6 +27,8 @@ public:
   kel::Vec3& point() const;
   /// Depth of penetration, m; negative for surfaces that only come near each other.
   kel::Real& depth() const;
+  /// Share of the contact's area, m2, where the contact material uses it; 0 elsewhere.
+  kel::Real& area() const;
   /// Unit normal, from the second geometry to the first.
   kel::Vec3f& normal() const;
   /// Unit tangents; u, v and the normal are orthogonal.

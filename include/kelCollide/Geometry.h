@@ -7,7 +7,7 @@
 namespace kel {
 class PropertyContainer;
 class RigidBody;
-}
+} // namespace kel
 
 namespace kelCollide {
 

@@ -3,8 +3,9 @@
 #include <cstddef>
 
 namespace kel {
+class ContactMaterial;
 class RigidBody;
-}
+} // namespace kel
 
 namespace kelCollide {
 
@@ -28,6 +29,9 @@ public:
   /// Whether the solver takes the contact.
   void setEnable(bool enable);
   bool isEnabled() const;
+  /// How the surfaces meet; null means what the materials of the geometries give. Held by the contact.
+  kel::ContactMaterial* getMaterial() const;
+  void setMaterial(kel::ContactMaterial* material);
 };
 
 } // namespace kelCollide

@@ -57,6 +57,19 @@ public:
   void setContactReach(kel::Real reach);
   kel::Real getContactReach() const { return m_contactReach; }
 
+  /// Thins out the points of contacts that have more than the threshold, as their contact materials say: what
+  /// goes is switched off. Contacts without a material stay as they are.
+  void reduceContacts();
+  /// Whether points are thinned out at all; true at first.
+  void setEnableContactReduction(bool enable) { m_reductionEnabled = enable; }
+  bool getEnableContactReduction() const { return m_reductionEnabled; }
+  /// Bins an axis where the contact material has no number of its own; 3 at first.
+  void setContactReductionBinResolution(kel::UInt8 resolution) { m_reductionBinResolution = resolution; }
+  kel::UInt8 getContactReductionBinResolution() const { return m_reductionBinResolution; }
+  /// Points that are not too many; 8 at first.
+  void setContactReductionThreshold(std::size_t threshold) { m_reductionThreshold = threshold; }
+  std::size_t getContactReductionThreshold() const { return m_reductionThreshold; }
+
   /// Whether the space lets two geometries collide: not if one is null or both are the same, not if one or
   /// its body is disabled, has its collisions off, or both ride on one body, and not if the pair is disabled.
   bool canCollide(const Geometry* first, const Geometry* second) const
@@ -86,6 +99,9 @@ private:
   BroadPhaseAlgorithm m_broadPhase = HIERARCHICAL_GRID;
   std::unique_ptr<Detector> m_detector;
   kel::UInt32 m_nextOrder = 0;
+  bool m_reductionEnabled = true;
+  kel::UInt8 m_reductionBinResolution = 3;
+  std::size_t m_reductionThreshold = 8;
 };
 
 } // namespace kelCollide

@@ -1,7 +1,7 @@
 #pragma once
 #include "kel/Component.h"
 #include "kel/IndexRange32.h"
-#include "kel/abort.h"
+#include "kel/ref_ptr.h"
 #include "kelData/Value.h"
 #include <algorithm>
 #include <cstddef>
@@ -11,7 +11,10 @@ namespace kelData {
 class Buffer;
 class EntityStorage;
 
-/// A view of elements that lie in a row; it owns nothing.
+/// Ends the process because of an index that is not below the size.
+[[noreturn]] void failArrayIndex(kel::UInt32 index, kel::UInt32 size);
+
+/// A view of elements that lie in a row. It keeps the buffer's memory, not the elements.
 template <class T> class Array
 {
 public:
@@ -25,12 +28,7 @@ public:
   /// The element at an index; ends the process for one that is not below the size.
   const T& at(kel::UInt32 index) const
   {
-    if (index >= m_range.size())
-      kel::fail(kel::buildErrorString("[%s:%u] kelVerify failed: `%s', Array index %llu is out of bounds, "
-                                      "size is %llu",
-                                      "include/kelData/Buffer", static_cast<unsigned>(__LINE__),
-                                      "index < m_range.size()", static_cast<unsigned long long>(index),
-                                      static_cast<unsigned long long>(m_range.size())));
+    if (index >= m_range.size()) failArrayIndex(index, m_range.size());
     return m_elements[index];
   }
   /// The first and the last element, not tested.
@@ -41,11 +39,11 @@ public:
   /// The elements' indexes in the buffer that they are in.
   const kel::IndexRange32& getRange() const { return m_range; }
   /// The buffer that the elements are in, null for none. Not owned.
-  const Buffer* getBuffer() const { return m_buffer; }
+  const Buffer* getBuffer() const { return m_buffer.get(); }
 
 private:
   T* m_elements = nullptr;
-  const Buffer* m_buffer = nullptr;
+  kel::ref_ptr<const Buffer> m_buffer;
   kel::IndexRange32 m_range;
 };
 
@@ -92,8 +90,12 @@ public:
   /// The element of an index, not tested.
   std::byte* at(std::size_t index) const { return m_data + index * m_elementSize; }
   std::size_t getElementSize() const { return m_elementSize; }
-  /// The scalars of an element: 1 for a number or a text, 9 for a matrix of three rows.
-  std::size_t getElementArraySize() const { return m_format ? m_format->getNumScalars() : 1; }
+  /// The scalars of an element: 1 for a number or a text, 9 for a matrix of three rows; of all values where
+  /// an element of an entity storage has several.
+  std::size_t getElementArraySize() const
+  {
+    return m_format ? m_format->getNumScalars() * getNumValues() : 1;
+  }
   /// Elements in use.
   std::size_t size() const { return m_size; }
   /// The indexes of the elements in use.
@@ -135,6 +137,7 @@ protected:
 private:
   friend class EntityStorage;
   void requireOwnSize() const;
+  std::size_t getNumValues() const { return m_elementSize / m_format->getElementSize(); }
   void reserveAddresses();
   void setSize(std::size_t size);
 
@@ -158,12 +161,16 @@ public:
   explicit BufferT(const kel::Name& name) : Buffer(name, kelData::getFormat<T>()) {}
 
   /// The elements in use; a view, good until one is added or ended.
-  Array<T> getArray() const { return {reinterpret_cast<T*>(Buffer::at(getRange().begin)), this, getRange()}; }
+  Array<T> getArray() const { return {elements(), this, getRange()}; }
   /// The element at an index; ends the process for one that is not below the size.
-  const T& at(kel::UInt32 index) const { return getArray().at(index); }
+  const T& at(kel::UInt32 index) const
+  {
+    if (index >= getRange().size()) failArrayIndex(index, getRange().size());
+    return elements()[index];
+  }
   /// The first and the last element, not tested.
-  const T& front() const { return getArray().front(); }
-  const T& back() const { return getArray().back(); }
+  const T& front() const { return elements()[0]; }
+  const T& back() const { return elements()[getRange().size() - 1]; }
   bool empty() const { return getRange().empty(); }
   /// Adds an element.
   void push_back(const T& element)
@@ -174,6 +181,9 @@ public:
     }
     append(&element);
   }
+
+private:
+  T* elements() const { return reinterpret_cast<T*>(Buffer::at(getRange().begin)); }
 };
 
 } // namespace kelData

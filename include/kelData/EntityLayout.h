@@ -20,10 +20,17 @@ public:
     m_bindings.push_back([attribute, &column](EntityStorage& s) { column = s.data<T>(attribute); });
   }
 
-  /// A new storage of the declared attributes.
+  /// The same for values on which others depend, so that the engine alone writes them.
+  template <class T> void readOnlyColumn(const kel::Name& name, T*& pointer, const T& defaultValue = T())
+  {
+    column(name, pointer, defaultValue);
+    m_model->getAttributes().back()->setReadOnly(true);
+  }
+
+  /// A new storage of the declared attributes, whose rows belong to objects.
   kel::ref_ptr<EntityStorage> createStorage()
   {
-    kel::ref_ptr<EntityStorage> storage = new EntityStorage(m_model.get());
+    kel::ref_ptr<EntityStorage> storage = new EntityStorage(m_model.get(), EntityStorage::Rows::HELD);
     for (const auto& bind : m_bindings) bind(*storage);
     return storage;
   }

@@ -124,10 +124,10 @@ inline bool isNumberArray(lua_State* L, int n, int size, tolua_Error* failure)
   lua_settop(L, top); // it leaves the element that failed
   return result;
 }
-/// No argument from index n on.
-inline bool isEnd(lua_State* L, int n, tolua_Error* failure)
+/// No argument from index n on, with so many values on the stack.
+inline bool isEnd(int top, int n, tolua_Error* failure)
 {
-  if (lua_gettop(L) < n) return true;
+  if (top < n) return true;
   *failure = {n, 0, "[no object]"};
   return false;
 }

@@ -82,9 +82,10 @@ void adapterTop(lua_State* L, const void* object, bool owned);
 /// that lives on; keeps the handle, and so the script's functions, until the adapter dies.
 void keepAdapter(lua_State* L, const void* object);
 
-/// Pushes the handle of an adapter that entered itself with the script manager; nil when no script has seen
-/// it.
-void pushAdapter(lua_State* L, const void* object);
+/// Pushes three values: any one, the handle of an adapter that entered itself with the script manager, and
+/// the table in which the script's functions live. False, and nothing, if there are none, or if the state,
+/// which is given by its main thread, has been closed.
+bool pushAdapter(lua_State* L, const void* object);
 
 /// An adapter left the script manager: clears its handle and lets the script's functions go. Harmless for an
 /// adapter that no script has seen and while a state closes. Never throws.

@@ -36,10 +36,12 @@ public:
   bool m_valid = false; ///< Whether there is a function to call.
 
 private:
-  bool pushFunctions(const void* object);
+  static constexpr int numBelow = 3; ///< Values that the call keeps below the function.
+
+  bool findFunctions(const void* object);
   void takeFunction();
 
-  int m_base = 0;
+  int m_function = 0; ///< Its place on the stack.
   bool m_called = false;
   std::string m_lastError;
 };

@@ -1,5 +1,5 @@
 #pragma once
-#include "kelLua/exceptions.h"
+#include "kelLua/operations.h"
 #include <cstddef>
 #include <lua.hpp>
 
@@ -34,7 +34,9 @@ struct Entry
   const char* base = nullptr;       ///< Class: the type string of its base, or "".
   lua_CFunction function = nullptr; ///< Function; class: its collector; variable: its getter.
   lua_CFunction setter = nullptr;   ///< Variable: null for read-only.
+  lua_CFunction event = nullptr;    ///< Function: what Lua calls for the operator of its name.
   double value = 0;                 ///< Constant. Module: whether it has variables. Chunk: its length.
+  const void* context = nullptr;    ///< Variable: light userdata that its functions find as their upvalue.
 };
 
 constexpr Entry module(const char* name, bool hasVariables)
@@ -49,6 +51,16 @@ constexpr Entry end() { return {.kind = Entry::Kind::End}; }
 template <lua_CFunction f> constexpr Entry function(const char* name)
 {
   return {.kind = Entry::Kind::Function, .name = name, .function = entered<f>};
+}
+/// A function that the class's arithmetic operator of that name calls.
+template <lua_CFunction f> constexpr Entry operation(const char* name)
+{
+  return {.kind = Entry::Kind::Function, .name = name, .function = entered<f>, .event = operated<f>};
+}
+/// A function that reads elements of objects of the class.
+template <lua_CFunction f> constexpr Entry elements(const char* name)
+{
+  return {.kind = Entry::Kind::Function, .name = name, .function = entered<f>, .event = indexed<f>};
 }
 constexpr Entry constant(const char* name, double value)
 {

@@ -74,10 +74,12 @@ void pushObject(lua_State* L, const T* object, const Type& type)
 template <class T, class Self>
 void pushMember(lua_State* L, const T* object, const Type& type, const Self* self)
 {
-  if constexpr (isCounted<T>)
+  if constexpr (isCounted<T>) {
     handles::pushCounted(L, object, object, type);
-  else
-    handles::pushMember(L, object, type, static_cast<const void*>(object) == self);
+  } else {
+    constexpr bool canBeSelf = !isComplete<T> || derivesFrom<T, Self>() || derivesFrom<Self, T>();
+    handles::pushMember(L, object, type, canBeSelf && static_cast<const void*>(object) == self);
+  }
 }
 /// What an object costs outside of Lua, in bytes; a container with the room for its elements.
 template <class T> std::size_t cost(const T& object)

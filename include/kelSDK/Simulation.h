@@ -1,7 +1,6 @@
 #pragma once
 #include "kel/Clock.h"
 #include "kel/Component.h"
-#include "kel/ContactMaterial.h"
 #include "kel/DynamicsSystem.h"
 #include "kel/MergedBody.h"
 #include "kel/ObserverFrame.h"
@@ -11,6 +10,7 @@
 #include "kelControl/Action.h"
 #include "kelSDK/Assembly.h"
 #include "kelSDK/EventManager.h"
+#include "kelSDK/MaterialManager.h"
 #include <vector>
 
 namespace kelSDK {
@@ -36,6 +36,7 @@ public:
   /// Adds the geometries of the body too, unless told otherwise.
   bool add(kel::RigidBody* body, bool addGeometries = true);
   bool add(kelCollide::Geometry* geometry);
+  /// The same for a contact material whose pair has one.
   bool add(kel::ContactMaterial* material);
   bool add(kel::Material* material);
 
@@ -101,6 +102,8 @@ public:
   void setDynamicsSystem(kel::DynamicsSystem* system);
   kel::Clock* getClock() const { return m_clock.get(); }
   kel::Solver* getSolver() const { return m_system ? m_system->getSolver() : nullptr; }
+  /// Says what holds where two materials meet. Owned by the simulation.
+  MaterialManager* getMaterialManager() const { return m_materialManager.get(); }
   kel::String getImplementationName() const override { return "Simulation"; }
 
 protected:
@@ -117,8 +120,7 @@ private:
   std::vector<kel::ref_ptr<kel::ObserverFrame>> m_observerFrames;
   std::vector<kel::ref_ptr<kelControl::Action>> m_actions;
   std::vector<kel::ref_ptr<kel::MergedBody>> m_mergedBodies;
-  std::vector<kel::ref_ptr<kel::ContactMaterial>> m_contactMaterials;
-  std::vector<kel::ref_ptr<kel::Material>> m_materials;
+  kel::ref_ptr<MaterialManager> m_materialManager;
   bool m_stepping = false;
   bool m_steppingTo = false;
 };

@@ -142,6 +142,11 @@ TEST_F(Plugin, EveryDeclaredPackageOpensAloneInAFreshState)
                                "kelSDK_Simulation",
                                "kel_HighAccuracyTimer",
                                "kelSDK_EventListener",
-                               "kelSDK_StepEventListener"})
+                               "kelSDK_StepEventListener",
+                               "kelData_Type",
+                               "kelData_Attribute",
+                               "kelData_EntityModel",
+                               "kelData_EntityStorage",
+                               "kelData_EntityPtr"})
     EXPECT_TRUE(declared.contains(complete)) << complete;
 }

@@ -73,6 +73,7 @@ return {
     ["opaque released and taken"] = {opaque, "0 0 0 0 0"},
     ["c:pick(o)"] = {belowArrays, "servo"},
     ["stands for, return test.Chooser():pick(o)"] = {belowArrays, "servo"},
+    ["a replaced operator"] = {"an arithmetic operator is its wrapper and not looked up at every use", "32"},
     ["changing tables"] = {belowArrays,
       "table 3.000000, table 3.000000, table 3.000000, table 3.000000, servo, servo, error, error"},
     ["c:mixed(o, 'x')"] = {plainFirst, notNumber},

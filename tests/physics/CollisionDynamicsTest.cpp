@@ -49,8 +49,8 @@ TEST_P(OnTriangles, SlidingSolidsKeepTheirSpeed)
       [] { return boxHull(Vec3(0.3, 0.2, 0.1)); }, [] { return boxMesh(Vec3(0.3, 0.2, 0.1)); }};
   for (const Maker& make : sliders) {
     Scene scene;
-    scene.material->setFrictionCoefficient(0);
-    scene.material->setRestitution(0);
+    scene.setFriction(0);
+    scene.setRestitution(0);
     scene.addGeometry(GetParam().make());
     RigidBody* body = scene.addBody(make(), Vec3(-6, -4, GetParam().top + 0.1), 1);
     body->setVelocity(6, 3, 0);
@@ -112,8 +112,8 @@ TEST(CollisionDynamics, WheelsRollOverGroundsOfTriangles)
   const Named grounds[] = {{"plane", [] { return new Plane; }}, TRIANGLES[0], TRIANGLES[2]};
   for (const Named& ground : grounds) {
     Scene scene;
-    scene.material->setFrictionCoefficient(1);
-    scene.material->setRestitution(0);
+    scene.setFriction(1);
+    scene.setRestitution(0);
     scene.addGeometry(ground.make());
     RigidBody* wheel = scene.addBody(new Cylinder(0.3, 0.2), Vec3(-5, 0.03, 0.3), 1);
     wheel->setVelocity(3, 0, 0);

@@ -106,27 +106,6 @@ TEST_P(PinForms, CarriesTheWeightWithTheGivenCompliance)
 
 INSTANTIATE_TEST_SUITE_P(Forms, PinForms, testing::Values(ConstraintRow::AVERAGED, ConstraintRow::BACKWARD));
 
-TEST(Constraint, PendulumKeepsItsLengthAndMostOfItsEnergy)
-{
-  for (const auto& [timeStep, loss, violation] :
-       {std::tuple(1.0 / 60, 0.12, 4e-3), std::tuple(1.0 / 600, 2e-4, 5e-5)}) {
-    Scene scene(timeStep);
-    RigidBody* bar = scene.addBody(new Box(0.5, 0.05, 0.05), Vec3(0.5, 0, 0), 1);
-    auto* pin = new Pin(*bar, Vec3(-0.5, 0, 0));
-    pin->prototype.damping = timeStep;
-    scene.simulation->add(new Bond(pin, bar));
-    // Against the swing from horizontal to vertical.
-    const Real swing = Scene::G * 0.5;
-    Real largest = 0;
-    for (int i = 0; i < std::lround(60 / timeStep); ++i) {
-      scene.step(1);
-      largest = std::max(largest, pin->violation().length());
-    }
-    EXPECT_LT(std::fabs(bar->getTotalEnergy()), loss * swing) << timeStep;
-    EXPECT_LT(largest, violation) << timeStep;
-  }
-}
-
 TEST(Constraint, MotorReachesItsSpeedOrItsForce)
 {
   Scene scene;

@@ -86,7 +86,7 @@ TEST_P(Bounce, RisesToTheSquareOfTheRestitution)
 {
   Scene scene(1.0 / 240);
   const Real restitution = GetParam();
-  scene.material->setRestitution(restitution);
+  scene.setRestitution(restitution);
   scene.addGeometry(new Plane);
   const RigidBody* ball = scene.addBody(new Sphere(0.1), Vec3(0, 0, 1.1), 1);
   Real top = 0;
@@ -107,7 +107,7 @@ INSTANTIATE_TEST_SUITE_P(Restitutions, Bounce, testing::Values(0.5, 0.8, 1.0));
 TEST(Contact, SlowImpactsDoNotBounce)
 {
   Scene scene;
-  scene.material->setRestitution(1);
+  scene.setRestitution(1);
   scene.addGeometry(new Plane);
   const RigidBody* ball = scene.addBody(new Sphere(0.1), Vec3(0, 0, 0.1001), 1);
   scene.step(60);
@@ -124,7 +124,7 @@ struct Incline
 
   explicit Incline(Real friction)
   {
-    scene.material->setFrictionCoefficient(friction);
+    scene.setFriction(friction);
     scene.addGeometry(new Plane(normal, Real(0)));
     box = scene.addBody(new Box(0.5, 0.5, 0.5), normal * 0.5, 1, Quat(ANGLE, Vec3(0, 1, 0)));
     scene.step(60);
@@ -154,7 +154,7 @@ TEST(Contact, FrictionPointsAgainstTheSlidingDirection)
 {
   for (const Real angle : {0.0, 30.0, 45.0}) {
     Scene scene(1.0 / 240);
-    scene.material->setFrictionCoefficient(0.3);
+    scene.setFriction(0.3);
     scene.addGeometry(new Plane);
     RigidBody* box = scene.addBody(new Box(0.5, 0.5, 0.1), Vec3(0, 0, 0.1), 1);
     scene.step(60);

@@ -34,8 +34,24 @@ struct Scene
     return body.get();
   }
 
+  void setFriction(kel::Real coefficient) { material->getSurfaceMaterial()->setRoughness(coefficient); }
+  void setRestitution(kel::Real restitution) { material->getBulkMaterial()->setViscosity(1 - restitution); }
+
   void step(int steps)
   {
     for (int i = 0; i < steps; ++i) simulation->stepForward();
+  }
+};
+
+/// A scene with a plane through the origin and a contact material for all that lies on it.
+struct Ground : Scene
+{
+  kelCollide::Geometry* plane;
+  kel::ref_ptr<kel::ContactMaterial> contact = new kel::ContactMaterial(*material, *material);
+
+  explicit Ground(kel::Real timeStep = 1.0 / 240, const kel::Vec3& normal = kel::Vec3(0, 0, 1))
+      : Scene(timeStep), plane(addGeometry(new kelCollide::Plane(normal, kel::Real(0))))
+  {
+    simulation->add(contact.get());
   }
 };

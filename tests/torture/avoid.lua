@@ -8,11 +8,14 @@ avoid.never = {
   ["unreference"] = "gives back a reference, which may be the engine's; called in pairs with `reference`",
 }
 
-local COUNTED = { ["kel::Clock"] = true, ["kel::Frame"] = true, ["kel::ObserverFrame"] = true, ["kel::PropertyContainer"] = true }
+local COUNTED = {
+  ["kel::Clock"] = true, ["kel::Frame"] = true, ["kel::ObserverFrame"] = true, ["kel::PropertyContainer"] = true,
+  ["kelData::EntityModel"] = true, ["kelData::EntityStorage"] = true,
+}
 
 --- Whether objects of a type are counted, but have no `reference`: who takes one over takes a reference that is not his.
 function avoid.owning(typeName)
-  return COUNTED[typeName] or typeName:find("Value$") or typeName:find("Buffer$")
+  return COUNTED[typeName] or typeName:find("Value$") or typeName:find("Buffer$") or typeName:find("Attribute$")
 end
 
 -- Keys of class tables that are the runtime's own, and not overwritten.
@@ -39,8 +42,10 @@ local function toCount(value)
 end
 
 local function isLarge(_, arguments)
-  for _, argument in pairs(arguments) do
+  local key, argument = next(arguments)
+  while key do -- not by `pairs`: some loops that LuaJIT makes of it never end
     if (toCount(argument) or 0) > MAX_SIZE then return true end
+    key, argument = next(arguments, key)
   end
   return false
 end
@@ -54,12 +59,12 @@ end
 -- Calls of containers that are not made, by the name of the function and its arguments.
 local CONTAINERS = {
   at = isOutside, -- stops the process by contract
-  resize = isLarge, reserve = isLarge, -- take the memory that is asked for
+  resize = isLarge, reserve = isLarge, presize = isLarge, createInstances = isLarge, -- take the memory that is asked for
   new = isLarge, new_local = isLarge, [".call"] = isLarge, -- the same
 }
 
 -- Where these are, by the end of the class's name.
-local KINDS = { Vector = true, Set = true, Array = true, Buffer = true }
+local KINDS = { Vector = true, Set = true, Array = true, Buffer = true, Storage = true }
 
 -- Pointers to what may be gone, which scripts look at on their own account.
 local UNKEPT = { at = true, front = true, back = true }

@@ -14,6 +14,7 @@ local KNOWN = {
   "Attempt to perform operation on an invalid operand", "Attempt to call a non%-callable object",
   "index of an? [%a ]+ is out of range", "the object of this element is gone", "Property .* is missing",
   "Value '.*' ", "buffer '.*' cannot have",
+  "attribute '.*' ", "the entity has no attribute '", "entity storage '.*' ", "entity model '.*' ", "entity pointer ",
 }
 
 function calls.new(random, pool)
@@ -33,12 +34,13 @@ end
 
 -- Whether the wrapper that a call comes to must not get these arguments.
 local function isFatal(f, name, arguments)
-  if name == "operator call" then
+  local entry = surface.entries[f]
+  if name == "operator call" or (entry and entry.key == "__call") then
     f = arguments[1]
     if type(f) == "table" then f = rawget(f, ".call") end
     arguments = { arguments[2] }
   end
-  local entry = f and surface.entries[f]
+  entry = f and surface.entries[f]
   return entry and entry.class and avoid.isFatal(entry.class, entry.key, arguments)
 end
 

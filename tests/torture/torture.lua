@@ -5,8 +5,6 @@
 -- The same seed gives the same calls, as far as finalisers act at the same moments: in `kel` exactly, when it runs
 -- without address randomisation (`setarch -R kel ...`). --log FILE keeps the last calls in a file. After a crash at
 -- call K, `--seed N --calls K --only-last M` shows the last M calls on standard error before each is made.
--- Interpreted by LuaJIT, too: compiled, some runs of it do not end in reasonable time.
-if jit then jit.off() end
 package.path = arg[0]:gsub("[^/]*$", "?.lua;") .. package.path
 local log = require "log"
 

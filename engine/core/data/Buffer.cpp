@@ -1,4 +1,5 @@
 #include "kelData/Buffer.h"
+#include "kel/abort.h"
 #include <cstdio>
 #include <new>
 #include <stdexcept>
@@ -14,6 +15,15 @@ std::size_t roundUpToPage(std::size_t bytes)
   return (bytes + page - 1) / page * page;
 }
 } // namespace
+
+void failArrayIndex(kel::UInt32 index, kel::UInt32 size)
+{
+  kel::fail(kel::buildErrorString(
+      "[%s:%u] kelVerify failed: `%s', Array index %llu is out of bounds, size is "
+      "%llu",
+      "include/kelData/Buffer", static_cast<unsigned>(__LINE__), "index < m_range.size()",
+      static_cast<unsigned long long>(index), static_cast<unsigned long long>(size)));
+}
 
 Buffer::Buffer(const kel::Name& name, const Format* format)
     : kel::Component(name), m_format(const_cast<Format*>(format)), // never constant in its type
@@ -118,8 +128,14 @@ void Buffer::print() const
 {
   std::printf("%s: %zu elements\n", getName().c_str(), m_size);
   if (!m_format) return;
-  for (std::size_t i = 0; i < m_size; ++i)
-    std::printf("%zu: %s\n", i, m_format->getImplementation().print(at(i)).c_str());
+  for (std::size_t i = 0; i < m_size; ++i) {
+    std::printf("%zu:", i);
+    for (std::size_t value = 0; value < getNumValues(); ++value) {
+      const void* element = at(i) + value * m_format->getElementSize();
+      std::printf(" %s", m_format->getImplementation().print(element).c_str());
+    }
+    std::printf("\n");
+  }
 }
 
 } // namespace kelData

@@ -2,114 +2,126 @@
 #include <algorithm>
 #include <cstring>
 #include <stdexcept>
+#include <unordered_set>
 
 namespace kelData {
 
-kel::Index EntityPtr::calculateIndex() const
+namespace {
+
+/// The living storages of the process. Never destroyed, as storages may outlive everything else.
+struct Living
 {
-  return m_storage ? m_storage->idToIndex(m_id) : EntityStorage::NO_INDEX;
+  std::mutex mutex;
+  std::unordered_set<const EntityStorage*> storages;
+
+  static Living& instance()
+  {
+    static Living* living = new Living;
+    return *living;
+  }
+};
+
+} // namespace
+
+bool EntityStorage::isAlive(const EntityStorage* storage)
+{
+  if (!storage) return false;
+  Living& living = Living::instance();
+  const std::scoped_lock lock(living.mutex);
+  return living.storages.contains(storage);
 }
 
-bool EntityPtr::isValid() const { return calculateIndex() != EntityStorage::NO_INDEX; }
-
-void EntityPtr::destroy()
+EntityStorage::EntityStorage(EntityModel* model, Rows rows)
+    : kel::Component(model->getName()), m_model(model), m_instances(new BufferT<EntityPtr>("instances")),
+      m_rows(rows), m_useInstanceTable(model->useInstanceTable())
 {
-  if (m_storage) m_storage->destroyInstance(m_id);
+  model->m_isFrozen = true;
+  m_instances->m_storage = this;
+  for (const auto& attribute : model->getAttributes()) addColumn(attribute.get());
+  Living& living = Living::instance();
+  const std::scoped_lock lock(living.mutex);
+  living.storages.insert(this);
 }
 
 EntityStorage::~EntityStorage()
 {
-  for (const auto& buffer : m_buffers)
-    if (buffer) buffer->m_storage = nullptr;
-}
-
-EntityStorage::EntityStorage(EntityModel* model) : kel::Component(model->getName()), m_model(model)
-{
-  model->m_frozen = true;
-  m_buffers.resize(model->getAttributes().size());
-}
-
-std::size_t EntityStorage::capacity() const
-{
-  std::size_t rows = Buffer::MAX_SIZE;
-  for (const auto& buffer : m_buffers)
-    if (buffer) rows = std::min(rows, buffer->capacity());
-  return rows;
-}
-
-void EntityStorage::reserve(std::size_t numRows)
-{
-  for (std::size_t column = 0; column < m_buffers.size(); ++column) bufferOf(column).reserve(numRows);
-  m_rowIds.reserve(numRows);
-}
-
-EntityPtr EntityStorage::createInstance()
-{
-  kel::Index row;
-  if (m_holes.empty()) {
-    row = static_cast<kel::Index>(m_rowIds.size());
-    for (std::size_t column = 0; column < m_buffers.size(); ++column) bufferOf(column).reserve(row + 1);
-    m_rowIds.push_back(EntityPtr::NO_ID);
-    for (const auto& buffer : m_buffers) buffer->setSize(row + 1);
-  } else {
-    row = m_holes.back();
-    m_holes.pop_back();
+  {
+    Living& living = Living::instance();
+    const std::scoped_lock lock(living.mutex);
+    living.storages.erase(this);
   }
-  kel::UInt32 id = row;
-  if (m_useInstanceTable) {
-    id = m_nextId++;
-    m_idRows[id] = row;
-  }
-  m_rowIds[row] = id;
-  setDefaults(row);
-  ++m_size;
-  return {this, id};
+  while (getNumRows() > 0) popRow();
+  forEachColumn([](const Attribute&, Buffer& buffer) { buffer.m_storage = nullptr; });
+  m_instances->m_storage = nullptr;
 }
 
-void EntityStorage::destroyInstance(EntityPtr instance)
+std::unique_lock<std::recursive_mutex> EntityStorage::lock() const
 {
-  if (instance.getStorage() == this) destroyInstance(instance.getId());
+  std::unique_lock lock(m_mutex, std::defer_lock);
+  if (EntityModel::getThreadSafe()) lock.lock();
+  return lock;
 }
 
-void EntityStorage::destroyInstance(kel::UInt32 id)
+void EntityStorage::fail(const kel::String& text) const
 {
-  const kel::Index row = idToIndex(id);
-  if (row == NO_INDEX) return;
-  m_rowIds[row] = EntityPtr::NO_ID;
-  m_idRows.erase(id);
-  m_holes.push_back(row);
-  --m_size;
+  throw std::logic_error("entity storage '" + getName() + "' " + text);
 }
 
-void EntityStorage::clear()
+// ---- Attributes and their buffers.
+
+/// Calls `visit` with each attribute that has a buffer, and the buffer.
+template <class F> void EntityStorage::forEachColumn(F&& visit) const
 {
-  m_idRows.clear();
-  m_rowIds.clear();
-  for (const auto& buffer : m_buffers)
-    if (buffer) buffer->setSize(0);
-  m_holes.clear();
-  m_size = 0;
+  for (std::size_t column = 0; column < m_buffers.size(); ++column)
+    if (m_buffers[column]) visit(*m_attributes[column], *m_buffers[column]);
 }
 
-void EntityStorage::setUseInstanceTable(bool use)
+void EntityStorage::addColumn(Attribute* attribute)
 {
-  if (!m_rowIds.empty() || m_nextId != 0)
-    throw std::logic_error("entity storage '" + getName() + "' has rows already");
-  m_useInstanceTable = use;
+  attribute->m_isUsed = true;
+  m_attributes.push_back(attribute);
+  m_sharedValues.emplace_back();
+  m_buffers.emplace_back();
+  if (attribute->isShared()) return;
+  kel::ref_ptr<Buffer> buffer =
+      new Buffer(attribute->getName(), attribute->getElementSize(), attribute->getDefaultFormat());
+  buffer->m_storage = this;
+  buffer->reserve(m_instances->capacity());
+  for (std::size_t row = 0; row < getNumRows(); ++row) attribute->construct(buffer->at(row));
+  buffer->setSize(getNumRows());
+  m_buffers.back() = buffer;
 }
 
-kel::Index EntityStorage::idToIndex(kel::UInt32 id) const
+void EntityStorage::addCustomAttribute(Attribute* attribute)
 {
-  if (m_useInstanceTable) {
-    const auto found = m_idRows.find(id);
-    return found == m_idRows.end() ? NO_INDEX : found->second;
-  }
-  return id < m_rowIds.size() ? m_rowIds[id] : NO_INDEX;
+  const kel::ref_ptr<Attribute> keep(attribute);
+  if (!attribute || getAttribute(attribute->getName())) fail("cannot have another attribute of that name");
+  addColumn(attribute);
 }
 
-kel::UInt32 EntityStorage::indexToId(kel::Index index) const
+Attribute* EntityStorage::getAttribute(const kel::Name& name) const
 {
-  return index < m_rowIds.size() ? m_rowIds[index] : EntityPtr::NO_ID;
+  const auto found = std::find_if(m_attributes.begin(), m_attributes.end(),
+                                  [&](const auto& attribute) { return attribute->getName() == name.str(); });
+  return found == m_attributes.end() ? nullptr : found->get();
+}
+
+std::size_t EntityStorage::columnOf(const Attribute* attribute) const
+{
+  if (attribute && attribute->m_column < m_attributes.size() &&
+      m_attributes[attribute->m_column].get() == attribute)
+    return attribute->m_column;
+  const auto found = std::find(m_attributes.begin(), m_attributes.end(), attribute);
+  return static_cast<std::size_t>(found - m_attributes.begin());
+}
+
+std::size_t EntityStorage::matchingColumn(const Attribute& attribute) const
+{
+  const std::size_t column = columnOf(&attribute);
+  if (column < m_attributes.size()) return column;
+  const auto found = std::find_if(m_attributes.begin(), m_attributes.end(),
+                                  [&](const auto& own) { return own->matches(attribute); });
+  return static_cast<std::size_t>(found - m_attributes.begin());
 }
 
 Buffer* EntityStorage::getBuffer(const Attribute* attribute) const
@@ -118,55 +130,277 @@ Buffer* EntityStorage::getBuffer(const Attribute* attribute) const
   return column < m_buffers.size() ? m_buffers[column].get() : nullptr;
 }
 
-Buffer* EntityStorage::getBuffer(const kel::Name& attributeName) const
+void* EntityStorage::typedData(const Attribute* attribute, const char* typeName) const
 {
-  return getBuffer(m_model->getAttribute(attributeName));
+  const Buffer* buffer = getBuffer(attribute);
+  if (!buffer || std::strcmp(attribute->getImplementationTypeName(), typeName) != 0)
+    fail("has no such attribute of that type");
+  return buffer->data();
 }
 
-Buffer* EntityStorage::createBuffer(const Attribute* attribute)
+Value* EntityStorage::getSharedValue(const Attribute* attribute)
 {
   const std::size_t column = columnOf(attribute);
-  if (column == m_buffers.size())
-    throw std::logic_error("the attribute is not one of entity storage '" + getName() + "'");
-  return &bufferOf(column);
-}
-
-Buffer& EntityStorage::bufferOf(std::size_t column)
-{
-  kel::ref_ptr<Buffer>& buffer = m_buffers[column];
-  if (!buffer) {
-    const Attribute& attribute = *m_model->getAttributes()[column];
-    buffer = new Buffer(attribute.getName(), attribute.getElementSize(),
-                        findFormat(attribute.getElementType().name()));
-    buffer->m_storage = this;
-    buffer->reserve(m_rowIds.size());
-    buffer->setSize(m_rowIds.size());
-    for (std::size_t row = 0; row < m_rowIds.size(); ++row)
-      std::memcpy(buffer->at(row), attribute.getDefaultBytes(), attribute.getElementSize());
+  const auto* shared = dynamic_cast<const SharedAttribute*>(attribute);
+  if (!shared || column == m_attributes.size()) return nullptr;
+  if (!m_sharedValues[column]) {
+    const kel::ref_ptr<Value> value = new Value(shared->getName(), shared->getDefaultFormat());
+    addObject(value.get());
+    try {
+      value->setExpression(shared->getExpression());
+    } catch (...) {
+      removeObject(value.get());
+      throw;
+    }
+    m_sharedValues[column] = value;
   }
-  return *buffer;
+  return m_sharedValues[column].get();
 }
 
-void* EntityStorage::typedData(const Attribute* attribute, std::type_index type)
+EntityData* EntityStorage::createData()
 {
-  if (!attribute || attribute->getElementType() != type)
-    throw std::logic_error("an attribute of entity storage '" + getName() + "' has another type");
-  return createBuffer(attribute)->data();
+  m_data = new EntityData;
+  for (const auto& buffer : m_buffers)
+    m_data->columns.push_back(buffer ? Data{buffer->getFormat(), buffer->data(), buffer->size()} : Data());
+  return m_data.get();
 }
 
-std::size_t EntityStorage::columnOf(const Attribute* attribute) const
+// ---- Memory.
+
+std::size_t EntityStorage::capacity() const { return m_instances->capacity(); }
+
+std::size_t EntityStorage::getNumBytes() const
 {
-  const auto& attributes = m_model->getAttributes();
-  return static_cast<std::size_t>(std::find(attributes.begin(), attributes.end(), attribute) -
-                                  attributes.begin());
+  std::size_t bytes = 0;
+  forEachColumn([&](const Attribute&, const Buffer& b) { bytes += b.capacity() * b.getElementSize(); });
+  return bytes;
 }
 
-void EntityStorage::setDefaults(kel::Index row)
+void EntityStorage::reserve(std::size_t numRows)
 {
-  for (std::size_t column = 0; column < m_buffers.size(); ++column) {
-    const Attribute& attribute = *m_model->getAttributes()[column];
-    std::memcpy(m_buffers[column]->at(row), attribute.getDefaultBytes(), attribute.getElementSize());
+  if (numRows <= capacity()) return;
+  forEachColumn([&](const Attribute&, Buffer& buffer) { buffer.reserve(numRows); });
+  m_instances->reserve(numRows);
+  if (capacityParameter) capacityParameter->set(kel::UInt(capacity()));
+}
+
+std::size_t EntityStorage::presize(std::size_t numRows, std::size_t margin)
+{
+  if (numRows > capacity()) {
+    reserve(numRows);
+    reserve(numRows + std::min(margin, std::max(Buffer::MAX_SIZE, numRows) - numRows));
   }
+  return capacity();
+}
+
+void EntityStorage::setNumRows(std::size_t numRows)
+{
+  forEachColumn([&](const Attribute&, Buffer& buffer) { buffer.setSize(numRows); });
+  m_instances->setSize(numRows);
+}
+
+void EntityStorage::sizeChanged()
+{
+  if (sizeParameter) sizeParameter->set(kel::UInt(m_size));
+}
+
+// ---- Rows and instances.
+
+void EntityStorage::requireRoom(std::size_t count) const
+{
+  if (count > Buffer::MAX_SIZE - getNumRows() || (m_useInstanceTable && !m_table.hasRoom(count)))
+    throw std::length_error("entity storage '" + getName() + "' is full");
+}
+
+/// Holes at the end, with memory that is initialised. Returns the first one.
+kel::Index EntityStorage::appendRows(std::size_t count, bool initialize)
+{
+  const std::size_t first = getNumRows();
+  requireRoom(count);
+  const std::size_t end = first + count;
+  if (end > capacity()) reserve(std::min(std::max({end, 2 * capacity(), std::size_t(16)}), Buffer::MAX_SIZE));
+  forEachColumn([&](const Attribute& attribute, Buffer& buffer) {
+    if (!initialize && attribute.isPlain()) return;
+    for (std::size_t row = first; row < end; ++row) attribute.construct(buffer.at(row));
+  });
+  auto* instances = reinterpret_cast<EntityPtr*>(m_instances->data());
+  std::uninitialized_fill(instances + first, instances + end, EntityPtr());
+  setNumRows(end);
+  return static_cast<kel::Index>(first);
+}
+
+void EntityStorage::popRow()
+{
+  const std::size_t last = getNumRows() - 1;
+  forEachColumn([&](const Attribute& attribute, Buffer& buffer) { attribute.destroy(buffer.at(last)); });
+  setNumRows(last);
+}
+
+/// Makes an instance of a hole.
+kel::UInt32 EntityStorage::enter(kel::Index row)
+{
+  const kel::UInt32 id = m_useInstanceTable ? m_table.add(row) : row;
+  reinterpret_cast<EntityPtr*>(m_instances->data())[row] = EntityPtr(this, id);
+  ++m_size;
+  return id;
+}
+
+void EntityStorage::finish(kel::Index row)
+{
+  if (m_model->hasConstructor()) m_model->getSource()->construct({this, indexToId(row)});
+}
+
+EntityPtr EntityStorage::createInstance()
+{
+  const auto guard = lock();
+  kel::Index row = 0;
+  if (m_holes.empty()) {
+    row = appendRows(1, true);
+  } else {
+    if (m_useInstanceTable && !m_table.hasRoom(1)) fail("has no more ids");
+    row = m_holes.back();
+    forEachColumn([&](const Attribute& attribute, Buffer& buffer) { attribute.setDefaults(buffer.at(row)); });
+    m_holes.pop_back();
+  }
+  const kel::UInt32 id = enter(row);
+  sizeChanged();
+  finish(row);
+  return {this, id};
+}
+
+EntityRange EntityStorage::createInstances(std::size_t count)
+{
+  const auto guard = lock();
+  const kel::Index first = appendRows(count, true);
+  const auto end = static_cast<kel::Index>(first + count);
+  for (kel::Index row = first; row < end; ++row) enter(row);
+  sizeChanged();
+  for (kel::Index row = first; row < end; ++row) finish(row);
+  return {this, first, end};
+}
+
+void EntityStorage::resize(std::size_t numInstances, bool initialize)
+{
+  const auto guard = lock();
+  if (numInstances > m_size) {
+    const std::size_t count = numInstances - m_size;
+    const kel::Index first = appendRows(count, initialize);
+    for (kel::Index row = first; row < first + count; ++row) enter(row);
+    sizeChanged();
+    if (initialize)
+      for (kel::Index row = first; row < first + count; ++row) finish(row);
+  }
+  for (std::size_t row = getNumRows(); m_size > numInstances; --row)
+    destroyInstance(indexToId(static_cast<kel::Index>(row - 1)));
+}
+
+void EntityStorage::destroyInstance(EntityPtr instance)
+{
+  if (instance == EntityPtr(this, instance.getId())) destroyInstance(instance.getId());
+}
+
+void EntityStorage::destroyInstance(kel::UInt32 id)
+{
+  const auto guard = lock();
+  const kel::Index row = idToIndex(id);
+  if (row == NO_INDEX) return;
+  auto* instances = reinterpret_cast<EntityPtr*>(m_instances->data());
+  if (m_useInstanceTable) m_table.remove(id);
+  instances[row] = EntityPtr();
+  --m_size;
+  if (isHeld() || !m_useInstanceTable) {
+    m_holes.push_back(row);
+  } else {
+    const std::size_t last = getNumRows() - 1;
+    if (row != last) {
+      copyRow(row, {this, static_cast<kel::Index>(last)});
+      instances[row] = instances[last];
+      m_table.move(instances[row].getId(), row);
+    }
+    popRow();
+  }
+  sizeChanged();
+}
+
+void EntityStorage::clear()
+{
+  const auto guard = lock();
+  for (kel::Index row = 0; row < getNumRows(); ++row)
+    if (const kel::UInt32 id = indexToId(row); m_useInstanceTable && id != EntityPtr::NO_ID)
+      m_table.remove(id);
+  while (getNumRows() > 0) popRow();
+  m_holes.clear();
+  m_size = 0;
+  sizeChanged();
+}
+
+EntityStorage::Place EntityStorage::find(EntityPtr instance)
+{
+  EntityStorage* storage = instance.getStorage();
+  const kel::Index row = storage ? storage->idToIndex(instance.getId()) : NO_INDEX;
+  if (row == NO_INDEX) throw std::logic_error("the entity of an entity pointer is gone");
+  return {storage, row};
+}
+
+/// Copies the values of attributes that match.
+void EntityStorage::copyRow(kel::Index row, const Place& from)
+{
+  forEachColumn([&](const Attribute& attribute, Buffer& buffer) {
+    const std::size_t column = from.storage->matchingColumn(attribute);
+    if (column < from.storage->m_buffers.size())
+      attribute.assign(buffer.at(row), from.storage->m_buffers[column]->at(from.row));
+  });
+}
+
+EntityPtr EntityStorage::copyPlace(const Place& from)
+{
+  const EntityPtr copy = createInstance();
+  copyRow(idToIndex(copy.getId()), from);
+  return copy;
+}
+
+EntityPtr EntityStorage::transferInstance(EntityPtr instance)
+{
+  const Place from = find(instance);
+  if (from.storage == this) return instance;
+  const auto guard = lock();
+  const EntityPtr moved = copyPlace(from);
+  from.storage->destroyInstance(instance.getId());
+  return moved;
+}
+
+EntityPtr EntityStorage::copyInstance(EntityPtr instance)
+{
+  const auto guard = lock();
+  return copyPlace(find(instance));
+}
+
+void EntityStorage::copyAttributes(EntityPtr to, EntityPtr from)
+{
+  const auto guard = lock();
+  const Place target = find(to);
+  if (target.storage != this) fail("does not have that instance");
+  copyRow(target.row, find(from));
+}
+
+// ---- Ids.
+
+void EntityStorage::setUseInstanceTable(bool use)
+{
+  if (getNumRows() != 0 || !m_table.empty()) fail("has rows already");
+  m_useInstanceTable = use;
+}
+
+kel::Index EntityStorage::idToIndex(kel::UInt32 id) const
+{
+  const kel::Index row = m_useInstanceTable ? m_table.find(id) : id;
+  return id != EntityPtr::NO_ID && indexToId(row) == id ? row : NO_INDEX;
+}
+
+kel::UInt32 EntityStorage::indexToId(kel::Index index) const
+{
+  return index < getNumRows() ? reinterpret_cast<const EntityPtr*>(m_instances->data())[index].getId()
+                              : EntityPtr::NO_ID;
 }
 
 } // namespace kelData

@@ -80,7 +80,8 @@ String print(const String& text) { return text; }
 String print(const kel::Uuid& id) { return id.str(); }
 String print(const EntityPtr& entity)
 {
-  return entity.getStorage() ? entity.getStorage()->fullName() + "#" + printScalar(entity.getId()) : "none";
+  const EntityStorage* storage = entity.getStorage();
+  return storage ? storage->fullName() + EntityPtr::TransformToAscii(entity.getId()) : "none";
 }
 
 template <class T> bool parse(T& element, const String& text)

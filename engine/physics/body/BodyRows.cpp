@@ -12,26 +12,26 @@ const BodyRows& BodyRows::instance()
 
 BodyRows::BodyRows()
 {
-  kelData::EntityLayout layout("RigidBody");
-  layout.column("transform", transform);
-  layout.column("cmTransform", cmTransform);
-  layout.column("state", state, UInt32(RigidBody::DYNAMICS) | ENABLED);
-  layout.column("id", id);
-  layout.column("numConstraints", numConstraints);
-  layout.column("position", position);
+  kelData::EntityLayout layout("Physics.RigidBody");
+  layout.readOnlyColumn("transform", transform);
+  layout.readOnlyColumn("cmTransform", cmTransform);
+  layout.readOnlyColumn("state", state, UInt32(RigidBody::DYNAMICS) | ENABLED);
+  layout.readOnlyColumn("id", id);
+  layout.readOnlyColumn("numConstraints", numConstraints);
+  layout.readOnlyColumn("position", position);
   layout.column("velocity", velocity);
   layout.column("angularVelocity", angularVelocity);
-  layout.column("acceleration", acceleration);
-  layout.column("angularAcceleration", angularAcceleration);
+  layout.readOnlyColumn("acceleration", acceleration);
+  layout.readOnlyColumn("angularAcceleration", angularAcceleration);
   layout.column("force", force);
   layout.column("torque", torque);
-  layout.column("lastForce", lastForce);
-  layout.column("lastTorque", lastTorque);
-  layout.column("mass", mass, 1.0);
-  layout.column("inverseMass", inverseMass, 1.0);
-  layout.column("inertia", inertia);
-  layout.column("inverseInertia", inverseInertia);
-  layout.column("autoGenerateMask", autoGenerateMask, UInt32(MassProperties::AUTO_GENERATE_ALL));
+  layout.readOnlyColumn("lastForce", lastForce);
+  layout.readOnlyColumn("lastTorque", lastTorque);
+  layout.readOnlyColumn("mass", mass, 1.0);
+  layout.readOnlyColumn("inverseMass", inverseMass, 1.0);
+  layout.readOnlyColumn("inertia", inertia);
+  layout.readOnlyColumn("inverseInertia", inverseInertia);
+  layout.readOnlyColumn("autoGenerateMask", autoGenerateMask, UInt32(MassProperties::AUTO_GENERATE_ALL));
   storage = layout.createStorage();
 }
 

@@ -273,7 +273,7 @@ Real massOf(const Geometry& geometry)
   const kelCollide::Shape* shape = geometry.getShape();
   const Material* material = geometry.getMaterial();
   if (!material) material = Material::getDefaultMaterial();
-  return shape ? shape->getVolume() * material->getDensity() : 0;
+  return shape ? shape->getVolume() * material->getBulkMaterial()->getDensity() : 0;
 }
 
 /// Transform of a geometry's shape to the model frame.

@@ -1,8 +1,10 @@
 #include "collision/ContactRows.h"
+#include "kel/ContactMaterial.h"
 #include "kelCollide/GeometryContact.h"
 #include "kelCollide/Space.h"
 #include "kelData/EntityLayout.h"
 #include <cmath>
+#include <utility>
 
 namespace kelCollide {
 
@@ -18,14 +20,21 @@ const ContactRows& ContactRows::instance()
 
 ContactRows::ContactRows()
 {
-  kelData::EntityLayout layout("GeometryContact");
-  layout.column("geometry1", geometry1);
-  layout.column("geometry2", geometry2);
-  layout.column("points", points);
-  layout.column("numPoints", numPoints);
+  kelData::EntityLayout layout("Physics.GeometryContact");
+  layout.readOnlyColumn("geometry1", geometry1);
+  layout.readOnlyColumn("geometry2", geometry2);
+  layout.readOnlyColumn("points", points);
+  layout.readOnlyColumn("numPoints", numPoints);
   layout.column("enabled", enabled, true);
+  layout.column("material", material);
   storage = layout.createStorage();
   storage->setUseInstanceTable(false);
+}
+
+void ContactRows::setMaterial(kel::Index row, kel::ContactMaterial* newMaterial) const
+{
+  if (newMaterial) newMaterial->reference();
+  if (const kel::ContactMaterial* old = std::exchange(material[row], newMaterial)) old->unreference();
 }
 
 const ContactPointRows& ContactPointRows::instance()
@@ -36,15 +45,16 @@ const ContactPointRows& ContactPointRows::instance()
 
 ContactPointRows::ContactPointRows()
 {
-  kelData::EntityLayout layout("ContactPoint");
+  kelData::EntityLayout layout("Physics.ContactPoint");
   layout.column("point", point);
   layout.column("normal", normal);
   layout.column("tangentU", tangentU);
   layout.column("tangentV", tangentV);
   layout.column("velocity", velocity);
-  layout.column("localForce", localForce);
-  layout.column("impulse", impulse);
+  layout.readOnlyColumn("localForce", localForce);
+  layout.readOnlyColumn("impulse", impulse);
   layout.column("depth", depth);
+  layout.column("area", area);
   layout.column("enabled", enabled, true);
   storage = layout.createStorage();
   storage->setUseInstanceTable(false);
@@ -58,6 +68,7 @@ const ContactRows& contactRows() { return ContactRows::instance(); }
 bool& ContactPoint::enabled() const { return pointRows().enabled[getId()]; }
 Vec3& ContactPoint::point() const { return pointRows().point[getId()]; }
 Real& ContactPoint::depth() const { return pointRows().depth[getId()]; }
+Real& ContactPoint::area() const { return pointRows().area[getId()]; }
 Vec3f& ContactPoint::normal() const { return pointRows().normal[getId()]; }
 Vec3f& ContactPoint::tangentU() const { return pointRows().tangentU[getId()]; }
 Vec3f& ContactPoint::tangentV() const { return pointRows().tangentV[getId()]; }
@@ -102,5 +113,12 @@ ContactPoint GeometryContact::getPoint(std::size_t index) const
 void GeometryContact::setEnable(bool enable) { contactRows().enabled[getId()] = enable; }
 
 bool GeometryContact::isEnabled() const { return contactRows().enabled[getId()]; }
+
+kel::ContactMaterial* GeometryContact::getMaterial() const { return contactRows().material[getId()]; }
+
+void GeometryContact::setMaterial(kel::ContactMaterial* material)
+{
+  contactRows().setMaterial(getId(), material);
+}
 
 } // namespace kelCollide

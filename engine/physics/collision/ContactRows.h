@@ -2,6 +2,10 @@
 #include "kelCollide/ContactPoint.h"
 #include "kelData/EntityStorage.h"
 
+namespace kel {
+class ContactMaterial;
+}
+
 namespace kelCollide {
 
 class Geometry;
@@ -12,11 +16,14 @@ struct ContactRows
   kel::ref_ptr<kelData::EntityStorage> storage;
   Geometry** geometry1 = nullptr;
   Geometry** geometry2 = nullptr;
-  const ContactPoint** points = nullptr; ///< the first of them, in the space
+  ContactPoint** points = nullptr; ///< the first of them, in the space
   kel::UInt32* numPoints = nullptr;
   bool* enabled = nullptr;
+  kel::ContactMaterial** material = nullptr; ///< held by the row
 
   static const ContactRows& instance();
+  /// Lets a row hold a contact material, or none.
+  void setMaterial(kel::Index row, kel::ContactMaterial* newMaterial) const;
 
 private:
   ContactRows();
@@ -34,6 +41,7 @@ struct ContactPointRows
   kel::Vec3* localForce = nullptr; ///< N, along the normal, u and v
   kel::Vec3* impulse = nullptr;    ///< N s, the same; before the solution where it starts
   kel::Real* depth = nullptr;      ///< m
+  kel::Real* area = nullptr;       ///< m2, 0 where nobody has asked for it
   bool* enabled = nullptr;
 
   static const ContactPointRows& instance();

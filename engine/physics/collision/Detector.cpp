@@ -3,6 +3,7 @@
 #include "collision/bulletVectors.h"
 #include "collision/narrow/collideTrees.h"
 #include "collision/narrow/isSound.h"
+#include "kel/FrictionModel.h"
 #include "kel/Logger.h"
 #include "kel/RigidBody.h"
 #include "kelCollide/ShapeGroup.h"
@@ -36,17 +37,6 @@ bool isDynamic(const Geometry& geometry)
 {
   const kel::RigidBody* body = geometry.getRigidBody();
   return body && body->getMotionControl() == kel::RigidBody::DYNAMICS;
-}
-
-/// Two unit vectors that make a right-handed system with a unit normal: (u, v, n).
-void makeTangents(const Vec3& n, Vec3& u, Vec3& v)
-{
-  if (std::fabs(n.z()) > 0.7071067811865476) {
-    u = Vec3(0, -n.z(), n.y()).normal();
-  } else {
-    u = Vec3(-n.y(), n.x(), 0).normal();
-  }
-  v = cross(n, u);
 }
 
 /// Whether a shape, or a part of a group, has a form.
@@ -95,6 +85,7 @@ Space::Detector::Detector(BroadPhaseAlgorithm algorithm, kel::Real reach)
 Space::Detector::~Detector()
 {
   for (auto& [order, item] : m_items) release(item);
+  releaseMaterials();
   for (const GeometryContact& row : m_contactRows) ContactRows::instance().storage->destroyInstance(row);
   for (const ContactPoint& row : m_points) ContactPointRows::instance().storage->destroyInstance(row);
 }
@@ -181,8 +172,11 @@ void Space::Detector::keepOldPoints()
 {
   m_oldPairs.swap(m_pairs);
   m_oldPoints.swap(m_known);
-  for (std::size_t i = 0; i < m_oldPoints.size(); ++i)
-    m_oldPoints[i].impulse = ContactPointRows::instance().impulse[m_points[i].getId()];
+  const ContactPointRows& rows = ContactPointRows::instance();
+  for (std::size_t i = 0; i < m_oldPoints.size(); ++i) {
+    const kel::Index row = m_points[i].getId();
+    m_oldPoints[i].impulse = rows.enabled[row] ? rows.impulse[row] : Vec3();
+  }
 }
 
 void Space::Detector::findWantedPairs()
@@ -213,6 +207,7 @@ void Space::Detector::writePairs(std::vector<GeometryContact>& contacts)
     m_contactRows.emplace_back(ContactRows::instance().storage->createInstance());
   while (m_points.size() < m_patch.size())
     m_points.emplace_back(ContactPointRows::instance().storage->createInstance());
+  releaseMaterials();
   contacts.clear();
   m_known.clear();
   const ContactRows& rows = ContactRows::instance();
@@ -251,13 +246,18 @@ Vec3 Space::Detector::findImpulse(const Pair& pair, const KnownPoint& point) con
   return impulse;
 }
 
+void Space::Detector::releaseMaterials()
+{
+  for (const GeometryContact& row : m_contactRows) ContactRows::instance().setMaterial(row.getId(), nullptr);
+}
+
 void Space::Detector::writePoint(kel::Index row, const PatchPoint& point, const Pair& pair,
                                  const Vec3& impulse)
 {
   const ContactPointRows& rows = ContactPointRows::instance();
   Vec3 u;
   Vec3 v;
-  makeTangents(point.normal, u, v);
+  kel::FrictionModel::calculateTangentPlane(point.normal, u, v);
   rows.point[row] = (point.onFirst + point.onSecond) * 0.5;
   rows.normal[row] = Vec3f(point.normal);
   rows.tangentU[row] = Vec3f(u);
@@ -266,6 +266,7 @@ void Space::Detector::writePoint(kel::Index row, const PatchPoint& point, const 
   rows.localForce[row] = Vec3();
   rows.impulse[row] = impulse;
   rows.depth[row] = -point.distance;
+  rows.area[row] = 0;
   rows.enabled[row] = true;
 }
 

@@ -60,6 +60,7 @@ private:
   BoundingAABB grown(Geometry& geometry, const Item& item) const;
   void keepOldPoints();
   void findWantedPairs();
+  void releaseMaterials();
   void writePairs(std::vector<GeometryContact>& contacts);
   kel::Vec3 findImpulse(const Pair& pair, const KnownPoint& point) const;
   static void writePoint(kel::Index row, const PatchPoint& point, const Pair& pair, const kel::Vec3& impulse);

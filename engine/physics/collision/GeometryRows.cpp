@@ -11,11 +11,11 @@ const GeometryRows& GeometryRows::instance()
 
 GeometryRows::GeometryRows()
 {
-  kelData::EntityLayout layout("Geometry");
-  layout.column("transform", transform);
+  kelData::EntityLayout layout("Physics.Geometry");
+  layout.readOnlyColumn("transform", transform);
   layout.column("surfaceVelocity", surfaceVelocity);
-  layout.column("bound", bound);
-  layout.column("flags", flags, kel::UInt32(ENABLED | COLLISIONS));
+  layout.readOnlyColumn("bound", bound);
+  layout.readOnlyColumn("flags", flags, kel::UInt32(ENABLED | COLLISIONS));
   storage = layout.createStorage();
 }
 

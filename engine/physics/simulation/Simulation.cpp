@@ -53,7 +53,8 @@ private:
 } // namespace
 
 Simulation::Simulation()
-    : kel::Component("Simulation"), m_clock(new kel::Clock("Clock")), m_events(new EventManager(*this))
+    : kel::Component("Simulation"), m_clock(new kel::Clock("Clock")), m_events(new EventManager(*this)),
+      m_materialManager(new MaterialManager)
 {
   setSpace(new kelCollide::Space);
   setDynamicsSystem(new kel::DynamicsSystem);
@@ -74,8 +75,8 @@ bool Simulation::add(kelControl::Action* action) { return addReference(m_actions
 bool Simulation::add(kel::Constraint* constraint) { return m_system && m_system->add(constraint); }
 bool Simulation::add(kel::MergedBody* body) { return addReference(m_mergedBodies, body); }
 bool Simulation::add(kelCollide::Geometry* geometry) { return m_space && m_space->add(geometry); }
-bool Simulation::add(kel::ContactMaterial* material) { return addReference(m_contactMaterials, material); }
-bool Simulation::add(kel::Material* material) { return addReference(m_materials, material); }
+bool Simulation::add(kel::ContactMaterial* material) { return m_materialManager->add(material); }
+bool Simulation::add(kel::Material* material) { return m_materialManager->add(material); }
 
 bool Simulation::add(kel::RigidBody* body, bool addGeometries)
 {
@@ -95,11 +96,8 @@ bool Simulation::remove(kel::ObserverFrame* frame) { return removeReference(m_ob
 bool Simulation::remove(kel::Constraint* constraint) { return m_system && m_system->remove(constraint); }
 bool Simulation::remove(kel::MergedBody* body) { return removeReference(m_mergedBodies, body); }
 bool Simulation::remove(kelCollide::Geometry* geometry) { return m_space && m_space->remove(geometry); }
-bool Simulation::remove(kel::Material* material) { return removeReference(m_materials, material); }
-bool Simulation::remove(kel::ContactMaterial* material)
-{
-  return removeReference(m_contactMaterials, material);
-}
+bool Simulation::remove(kel::Material* material) { return m_materialManager->remove(material); }
+bool Simulation::remove(kel::ContactMaterial* material) { return m_materialManager->remove(material); }
 
 bool Simulation::remove(kel::RigidBody* body, bool removeGeometries)
 {
@@ -126,7 +124,10 @@ kel::Constraint* Simulation::getConstraint(const kel::Name& name) const
   return m_system ? m_system->getConstraint(name) : nullptr;
 }
 
-kel::Material* Simulation::getMaterial(const kel::Name& name) const { return findByName(m_materials, name); }
+kel::Material* Simulation::getMaterial(const kel::Name& name) const
+{
+  return m_materialManager->getMaterial(name);
+}
 
 EventListener* Simulation::getEventListener(const kel::Name& name) const
 {
@@ -157,7 +158,11 @@ void Simulation::stepForward()
   const KeepAlive keep(*this);
   const FlagGuard stepping(m_stepping);
   m_events->stepEvent(StepEventListener::PRE_COLLIDE, getTimeStamp());
-  if (m_space) m_space->update();
+  if (m_space) {
+    m_space->update();
+    m_materialManager->assign(m_space->getGeometryContacts());
+    m_space->reduceContacts();
+  }
   m_events->stepEvent(StepEventListener::PRE_STEP, getTimeStamp());
   const Real timeStep = getTimeStep();
   if (m_system) m_system->stepForward();

@@ -1,4 +1,5 @@
 #include "solver/RowSystem.h"
+#include "kel/Constraint.h"
 #include <algorithm>
 #include <cmath>
 
@@ -8,6 +9,9 @@ namespace {
 
 /// A row is met when its velocity changes by less than this in a sweep, m/s.
 constexpr Real TOLERANCE = 1e-8;
+
+/// Least damping of rows that the step does not resolve, steps.
+constexpr Real LEAST_DAMPING_STEPS = 1;
 
 /// Two numbers side by side: the compiler's vectors, in registers of any processor.
 typedef Real Pair __attribute__((vector_size(16), aligned(8), may_alias));
@@ -28,85 +32,209 @@ inline void addScaled(Real (&target)[6], const Real (&row)[6], Real factor)
   for (std::size_t i = 0; i < 3; ++i) *reinterpret_cast<Pair*>(&target[2 * i]) += load(row, i) * factor;
 }
 
+/// Inverse of the mass that a row moves.
+inline Real inverseMassOf(const ScaledRow& row) { return speed(row.j, row.j[0], row.j[1]); }
+
+/// The damping of a row, s, whose spring swings too fast for the step: such a row gains energy when its
+/// direction turns, unless a violation takes some steps to go.
+Real dampingOf(const ConstraintRow& source, Real inverseMass, Real timeStep)
+{
+  const bool isResolved = inverseMass * timeStep * timeStep < source.compliance;
+  return isResolved ? source.damping : std::max(source.damping, LEAST_DAMPING_STEPS * timeStep);
+}
+
+/// Brings an impulse into a rectangle of the half widths a and b, or, along itself, into the ellipse in it.
+inline void project(Real (&impulse)[2], Real a, Real b, bool isEllipse)
+{
+  if (!isEllipse || a == 0 || b == 0) {
+    impulse[0] = std::min(std::max(impulse[0], -a), a);
+    impulse[1] = std::min(std::max(impulse[1], -b), b);
+    return;
+  }
+  const Real x = impulse[0] * b;
+  const Real y = impulse[1] * a;
+  const Real length2 = x * x + y * y;
+  const Real limit = a * b;
+  if (length2 <= limit * limit) return;
+  const Real factor = limit / std::sqrt(length2);
+  impulse[0] *= factor;
+  impulse[1] *= factor;
+}
+
 } // namespace
+
+Real dot(const Real (&a)[6], const Real (&b)[6])
+{
+  const Pair sum = load(a, 0) * load(b, 0) + load(a, 1) * load(b, 1) + load(a, 2) * load(b, 2);
+  return sum[0] + sum[1];
+}
+
+void setImpulse(ScaledRow& row, Real impulse)
+{
+  const Real change = impulse - row.impulse;
+  row.impulse = impulse;
+  for (std::size_t side = 0; side < 2; ++side) addScaled(*row.velocity[side], row.j[side], change);
+}
+
+Real residualOf(const ScaledRow& row)
+{
+  return row.rhs - speed(row.j, *row.velocity[0], *row.velocity[1]) - row.sigma * row.impulse;
+}
 
 void RowSystem::clear()
 {
   m_rows.clear();
   m_frictions.clear();
+  m_solveTypes = 0;
 }
 
-void RowSystem::scale(const ConstraintRow& row, const Index (&body)[2], Real timeStep, Real (&j)[2][6],
-                      Real& rhs, Real& sigma) const
+void RowSystem::scale(const ConstraintRow& source, Real timeStep, ScaledRow& row)
 {
   const Real h = timeStep;
   Real oldSpeed = 0;
   Real imposedSpeed = 0;
   for (std::size_t side = 0; side < 2; ++side) {
-    const SolverBody& b = m_bodies[body[side]];
-    b.scaleRow(row.linear[side], row.angular[side], j[side]);
-    const Real bodySpeed = b.oldSpeedAlong(row.linear[side], row.angular[side]);
+    const SolverBody& b = m_bodies[row.body[side]];
+    b.scaleRow(source.linear[side], source.angular[side], row.j[side]);
+    const Real bodySpeed = b.oldSpeedAlong(source.linear[side], source.angular[side]);
     oldSpeed += bodySpeed;
-    if (!b.isMovable()) imposedSpeed += bodySpeed;
+    if (b.isMovable()) continue;
+    imposedSpeed += bodySpeed;
+    row.body[side] = 0;
   }
-  switch (row.form) {
+  const Real inverseMass = inverseMassOf(row);
+  switch (source.form) {
   case ConstraintRow::AVERAGED: {
-    const Real gamma = 1 / (1 + 4 * row.damping / h);
-    sigma = 4 * row.compliance * gamma / (h * h);
-    rhs = -4 * gamma / h * row.target + gamma * oldSpeed;
+    const Real gamma = 1 / (1 + 4 * dampingOf(source, inverseMass, h) / h);
+    row.sigma = 4 * source.compliance * gamma / (h * h);
+    row.rhs = -4 * gamma / h * source.target + gamma * oldSpeed;
     break;
   }
   case ConstraintRow::BACKWARD:
-    sigma = row.compliance / (h * (h + row.damping));
-    rhs = -row.target / (h + row.damping);
+    row.sigma = source.compliance / (h * (h + source.damping));
+    row.rhs = -source.target / (h + source.damping);
     break;
   case ConstraintRow::NON_HOLONOMIC:
-    sigma = row.compliance / h;
-    rhs = row.target;
+    row.sigma = source.compliance / h;
+    row.rhs = source.target;
     break;
   }
-  rhs -= imposedSpeed;
+  row.rhs -= imposedSpeed;
+  const Real diagonal = inverseMass + row.sigma;
+  const bool isSolvable = std::isfinite(row.rhs) && std::isfinite(diagonal) && diagonal > 0;
+  row.inverseDiagonal = isSolvable ? 1 / diagonal : 0;
+  if (!isSolvable) {
+    row.solveType = 0;
+    row.body[0] = row.body[1] = 0;
+  }
+  for (std::size_t side = 0; side < 2; ++side)
+    row.velocity[side] = row.body[side] ? &m_velocities[row.body[side]].v : &m_still.v;
+  m_solveTypes |= row.solveType;
 }
 
-Index RowSystem::add(const ConstraintRow& source, Index body1, Index body2, Real timeStep, Real impulse)
+void RowSystem::start(ScaledRow& row, Real impulse)
 {
-  Row& row = m_rows.emplace_back();
+  row.impulse = 0;
+  if (row.solveType) setImpulse(row, std::min(std::max(impulse, row.lower), row.upper));
+}
+
+Index RowSystem::add(const ConstraintRow& source, Index body1, Index body2, Real timeStep, Real impulse,
+                     UInt32 solveType)
+{
+  ScaledRow& row = m_rows.emplace_back();
   row.body[0] = body1;
   row.body[1] = body2;
-  scale(source, row.body, timeStep, row.j, row.rhs, row.sigma);
-  const Real diagonal = row.sigma + speed(row.j, row.j[0], row.j[1]);
-  row.inverseDiagonal = diagonal > 0 ? 1 / diagonal : 0;
+  row.solveType = solveType;
   row.lower = source.lowerForce * timeStep;
   row.upper = source.upperForce * timeStep;
-  row.impulse = std::clamp(impulse, row.lower, row.upper);
-  for (std::size_t side = 0; side < 2; ++side)
-    addScaled(m_velocities[row.body[side]].v, row.j[side], row.impulse);
+  scale(source, timeStep, row);
+  start(row, impulse);
   return static_cast<Index>(m_rows.size() - 1);
 }
 
-Index RowSystem::addFriction(const ConstraintRow& u, const ConstraintRow& v, Index body1, Index body2,
-                             Real timeStep, Index normal, Real coefficient, Real impulseU, Real impulseV)
+Real RowSystem::boundingImpulse(const FrictionBound& bound) const
 {
-  Friction& row = m_frictions.emplace_back();
-  row.body[0] = body1;
-  row.body[1] = body2;
-  row.normal = normal;
-  row.coefficient = coefficient;
-  row.impulse[0] = impulseU;
-  row.impulse[1] = impulseV;
-  Real largest = 0;
+  const Real normal = bound.normal == FrictionBound::NO_ROW ? 0 : m_rows[bound.normal].impulse;
+  return std::max(normal + bound.offset, Real(0));
+}
+
+Index RowSystem::addFriction(const ConstraintRow& u, const ConstraintRow& v, Index body1, Index body2,
+                             Real timeStep, const FrictionBound& bound, Real impulseU, Real impulseV,
+                             UInt32 solveType)
+{
+  Friction& friction = m_frictions.emplace_back();
+  friction.bound = bound;
+  const Real boundingImpulse = this->boundingImpulse(bound);
   for (std::size_t k = 0; k < 2; ++k) {
-    scale(k == 0 ? u : v, row.body, timeStep, row.j[k], row.rhs[k], row.sigma[k]);
-    largest = std::max(largest, row.sigma[k] + speed(row.j[k], row.j[k][0], row.j[k][1]));
-    for (std::size_t side = 0; side < 2; ++side)
-      addScaled(m_velocities[row.body[side]].v, row.j[k][side], row.impulse[k]);
+    ScaledRow& row = friction.rows[k];
+    row.body[0] = body1;
+    row.body[1] = body2;
+    row.solveType = solveType;
+    row.upper = bound.coefficients[k] * boundingImpulse;
+    row.lower = -row.upper;
   }
+  scale(u, timeStep, friction.rows[0]);
+  scale(v, timeStep, friction.rows[1]);
   // One step length for both directions: the projection on the cone then keeps the direction of sliding.
-  row.inverseDiagonal = largest > 0 ? 1 / largest : 0;
+  Real& inverseDiagonal = friction.rows[0].inverseDiagonal;
+  inverseDiagonal = std::min(inverseDiagonal, friction.rows[1].inverseDiagonal);
+  if (inverseDiagonal == 0) friction.rows[0].solveType = friction.rows[1].solveType = 0;
+  start(friction.rows[0], impulseU);
+  start(friction.rows[1], impulseV);
   return static_cast<Index>(m_frictions.size() - 1);
 }
 
-UInt32 RowSystem::solve(UInt32 maxSweeps)
+void RowSystem::getDirectRows(std::vector<ScaledRow*>& rows)
+{
+  rows.clear();
+  for (ScaledRow& row : m_rows)
+    if (row.solveType & Constraint::DIRECT) rows.push_back(&row);
+  for (Friction& friction : m_frictions)
+    for (ScaledRow& row : friction.rows)
+      if (row.solveType & Constraint::DIRECT) rows.push_back(&row);
+}
+
+bool RowSystem::updateFrictionBounds()
+{
+  bool changed = false;
+  for (Friction& friction : m_frictions) {
+    auto& rows = friction.rows;
+    if (!(rows[0].solveType & Constraint::DIRECT)) continue;
+    const Real impulse = boundingImpulse(friction.bound);
+    Real limits[2] = {friction.bound.coefficients[0] * impulse, friction.bound.coefficients[1] * impulse};
+    if (friction.bound.isCone) limitAlongSliding(friction, limits);
+    for (std::size_t k = 0; k < 2; ++k) {
+      changed = changed || std::fabs(limits[k] - rows[k].upper) > 1e-3 * limits[k];
+      rows[k].upper = limits[k];
+      rows[k].lower = -limits[k];
+    }
+  }
+  return changed;
+}
+
+void RowSystem::limitAlongSliding(const Friction& friction, Real (&limits)[2]) const
+{
+  const auto& rows = friction.rows;
+  Real wanted[2];
+  for (std::size_t k = 0; k < 2; ++k)
+    wanted[k] = rows[k].impulse + residualOf(rows[k]) * rows[0].inverseDiagonal;
+  Real allowed[2] = {wanted[0], wanted[1]};
+  project(allowed, limits[0], limits[1], true);
+  if (allowed[0] == wanted[0] && allowed[1] == wanted[1]) return;
+  for (std::size_t k = 0; k < 2; ++k) limits[k] = std::fabs(allowed[k]);
+}
+
+void RowSystem::setIterative()
+{
+  const auto change = [](ScaledRow& row) {
+    if (row.solveType) row.solveType = Constraint::ITERATIVE;
+  };
+  std::for_each(m_rows.begin(), m_rows.end(), change);
+  for (Friction& friction : m_frictions) std::for_each(friction.rows, friction.rows + 2, change);
+  m_solveTypes = Constraint::ITERATIVE;
+}
+
+UInt32 RowSystem::sweep(UInt32 maxSweeps)
 {
   for (UInt32 sweep = 1; sweep <= maxSweeps; ++sweep) {
     const bool rowsMet = sweepRows();
@@ -119,9 +247,10 @@ UInt32 RowSystem::solve(UInt32 maxSweeps)
 bool RowSystem::sweepRows()
 {
   bool met = true;
-  for (Row& row : m_rows) {
-    Real(&v1)[6] = m_velocities[row.body[0]].v;
-    Real(&v2)[6] = m_velocities[row.body[1]].v;
+  for (ScaledRow& row : m_rows) {
+    if (!(row.solveType & Constraint::ITERATIVE)) continue;
+    Real(&v1)[6] = *row.velocity[0];
+    Real(&v2)[6] = *row.velocity[1];
     const Real residual = row.rhs - speed(row.j, v1, v2) - row.sigma * row.impulse;
     const Real impulse =
         std::min(std::max(row.impulse + residual * row.inverseDiagonal, row.lower), row.upper);
@@ -137,24 +266,27 @@ bool RowSystem::sweepRows()
 bool RowSystem::sweepFrictions()
 {
   bool met = true;
-  for (Friction& row : m_frictions) {
-    const Real bound = row.coefficient * m_rows[row.normal].impulse;
-    if (bound == 0 && row.impulse[0] == 0 && row.impulse[1] == 0) continue;
-    Real(&v1)[6] = m_velocities[row.body[0]].v;
-    Real(&v2)[6] = m_velocities[row.body[1]].v;
+  for (Friction& friction : m_frictions) {
+    auto& rows = friction.rows;
+    if (!(rows[0].solveType & Constraint::ITERATIVE)) continue;
+    const Real bounding = boundingImpulse(friction.bound);
+    if (bounding == 0 && rows[0].impulse == 0 && rows[1].impulse == 0) continue;
+    Real(&v1)[6] = *rows[0].velocity[0];
+    Real(&v2)[6] = *rows[0].velocity[1];
+    const Real inverseDiagonal = rows[0].inverseDiagonal;
     Real impulse[2];
     for (std::size_t k = 0; k < 2; ++k) {
-      const Real residual = row.rhs[k] - speed(row.j[k], v1, v2) - row.sigma[k] * row.impulse[k];
-      impulse[k] = row.impulse[k] + residual * row.inverseDiagonal;
+      const Real residual = rows[k].rhs - speed(rows[k].j, v1, v2) - rows[k].sigma * rows[k].impulse;
+      impulse[k] = rows[k].impulse + residual * inverseDiagonal;
     }
-    const Real length2 = impulse[0] * impulse[0] + impulse[1] * impulse[1];
-    const Real factor = length2 > bound * bound ? bound / std::sqrt(length2) : 1;
+    project(impulse, friction.bound.coefficients[0] * bounding, friction.bound.coefficients[1] * bounding,
+            friction.bound.isCone);
     for (std::size_t k = 0; k < 2; ++k) {
-      const Real change = impulse[k] * factor - row.impulse[k];
-      row.impulse[k] += change;
-      addScaled(v1, row.j[k][0], change);
-      addScaled(v2, row.j[k][1], change);
-      met = met && std::fabs(change) <= TOLERANCE * row.inverseDiagonal;
+      const Real change = impulse[k] - rows[k].impulse;
+      rows[k].impulse += change;
+      addScaled(v1, rows[k].j[0], change);
+      addScaled(v2, rows[k].j[1], change);
+      met = met && std::fabs(change) <= TOLERANCE * inverseDiagonal;
     }
   }
   return met;

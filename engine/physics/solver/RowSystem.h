@@ -11,65 +11,102 @@ struct alignas(64) ScaledVelocity
   Real v[6] = {};
 };
 
-/// The rows of an island in scaled coordinates, and projected Gauss-Seidel over them. Index 0 of the bodies
-/// is the world.
+/// A row in scaled coordinates.
+struct ScaledRow
+{
+  Real j[2][6];
+  Real rhs;
+  Real sigma;
+  Real inverseDiagonal; ///< 0 if no body moves along the row, or a number is not finite
+  Real impulse;
+  Real lower;
+  Real upper;
+  Real (*velocity[2])[6]; ///< of the bodies, scaled
+  Index body[2];          ///< 0 for what impulses do not move
+  UInt32 solveType;       ///< bits of `Constraint::SolveType`
+};
+
+/// What bounds the impulse of two rows of friction: a coefficient for each, times the impulse of the row
+/// `normal`, if there is one, plus `offset` in N s.
+struct FrictionBound
+{
+  static constexpr Index NO_ROW = 0xFFFFFFFF;
+
+  Real coefficients[2] = {0, 0};
+  Real offset = 0;
+  Index normal = NO_ROW;
+  bool isCone = true; ///< both together, in an ellipse, or each for itself
+};
+
+/// Scalar product of two rows of six.
+Real dot(const Real (&a)[6], const Real (&b)[6]);
+
+/// The rows of an island in scaled coordinates, and projected Gauss-Seidel over those of them that are solved
+/// by iteration. Index 0 of the bodies is the world.
 class RowSystem
 {
 public:
   RowSystem(const std::vector<SolverBody>& bodies, std::vector<ScaledVelocity>& velocities)
       : m_bodies(bodies), m_velocities(velocities)
   {}
+  RowSystem(const RowSystem&) = delete;
+  RowSystem& operator=(const RowSystem&) = delete;
 
   /// Drops all rows.
   void clear();
-  /// Adds a row between two bodies, which starts from an impulse in N s. Returns its index.
-  Index add(const ConstraintRow& row, Index body1, Index body2, Real timeStep, Real impulse);
-  /// Adds two rows of friction, whose impulses together stay within `coefficient` times that of row `normal`:
-  /// the friction cone. Returns the index of the pair.
+  /// Adds a row between two bodies, which starts from an impulse in N s. The solve type has bits of
+  /// `Constraint::SolveType`. Returns the row's index.
+  Index add(const ConstraintRow& row, Index body1, Index body2, Real timeStep, Real impulse,
+            UInt32 solveType);
+  /// Adds two rows of friction, whose impulses stay within a bound. Returns the index of the pair.
   Index addFriction(const ConstraintRow& u, const ConstraintRow& v, Index body1, Index body2, Real timeStep,
-                    Index normal, Real coefficient, Real impulseU, Real impulseV);
+                    const FrictionBound& bound, Real impulseU, Real impulseV, UInt32 solveType);
 
-  /// Sweeps over the rows until they are met or `maxSweeps` is reached; returns the sweeps.
-  UInt32 solve(UInt32 maxSweeps);
+  /// Sweeps over the iterative rows until they are met or `maxSweeps` is reached; returns the sweeps.
+  UInt32 sweep(UInt32 maxSweeps);
+  /// The rows of a direct solution, friction last, in the order of their addition. Good until rows are added.
+  void getDirectRows(std::vector<ScaledRow*>& rows);
+  /// Bounds the friction of the direct rows by the impulses of the normals, and a cone by the box that
+  /// touches it where the sliding points; whether a bound changed by more than a thousandth.
+  bool updateFrictionBounds();
+  bool hasRowsOf(UInt32 solveType) const { return (m_solveTypes & solveType) != 0; }
+  /// Makes all rows iterative.
+  void setIterative();
 
   /// Impulses of a row and a pair, N s.
   Real getImpulse(Index row) const { return m_rows[row].impulse; }
-  const Real (&getFrictionImpulse(Index pair) const)[2] { return m_frictions[pair].impulse; }
+  Real getFrictionImpulse(Index pair, std::size_t direction) const
+  {
+    return m_frictions[pair].rows[direction].impulse;
+  }
   UInt32 getNumRows() const { return static_cast<UInt32>(m_rows.size() + 2 * m_frictions.size()); }
 
 private:
-  struct Row
-  {
-    Real j[2][6];
-    Real rhs;
-    Real sigma;
-    Real inverseDiagonal;
-    Real impulse;
-    Real lower;
-    Real upper;
-    Index body[2];
-  };
   struct Friction
   {
-    Real j[2][2][6]; // direction, body
-    Real rhs[2];
-    Real sigma[2];
-    Real inverseDiagonal; // of both directions
-    Real impulse[2];
-    Real coefficient;
-    Index body[2];
-    Index normal;
+    ScaledRow rows[2];
+    FrictionBound bound;
   };
 
-  void scale(const ConstraintRow& row, const Index (&body)[2], Real timeStep, Real (&j)[2][6], Real& rhs,
-             Real& sigma) const;
+  void scale(const ConstraintRow& source, Real timeStep, ScaledRow& row);
+  void start(ScaledRow& row, Real impulse);
+  /// What the coefficients of a bound are times of.
+  Real boundingImpulse(const FrictionBound& bound) const;
+  void limitAlongSliding(const Friction& friction, Real (&limits)[2]) const;
   bool sweepRows();
   bool sweepFrictions();
 
   const std::vector<SolverBody>& m_bodies;
   std::vector<ScaledVelocity>& m_velocities;
-  std::vector<Row> m_rows;
+  ScaledVelocity m_still; // of all that does not move: systems that are solved side by side share nothing
+  std::vector<ScaledRow> m_rows;
   std::vector<Friction> m_frictions;
+  UInt32 m_solveTypes = 0; // of all rows together
 };
+
+/// Changes the impulse of a row, N s, and the velocities of its bodies with it.
+void setImpulse(ScaledRow& row, Real impulse);
+/// By how much a row misses its right-hand side.
+Real residualOf(const ScaledRow& row);
 
 } // namespace kel

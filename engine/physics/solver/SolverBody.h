@@ -22,8 +22,12 @@ struct SolverBody
   /// Velocity before the step along a Jacobian.
   Real oldSpeedAlong(const Vec3& linear, const Vec3& angular) const
   {
-    const Real(&v)[6] = oldVelocity;
-    return linear * Vec3(v[0], v[1], v[2]) + angular * Vec3(v[3], v[4], v[5]);
+    return along(oldVelocity, linear, angular);
+  }
+  /// Velocity after forces alone along a Jacobian.
+  Real freeSpeedAlong(const Vec3& linear, const Vec3& angular) const
+  {
+    return along(freeVelocity, linear, angular);
   }
   /// Scaled form of the free velocity, and unscaled form of a velocity.
   void scaleFreeVelocity(Real (&scaled)[6]) const;
@@ -32,6 +36,10 @@ struct SolverBody
   void scaleRow(const Vec3& linear, const Vec3& angular, Real (&row)[6]) const;
 
 private:
+  static Real along(const Real (&v)[6], const Vec3& linear, const Vec3& angular)
+  {
+    return linear * Vec3(v[0], v[1], v[2]) + angular * Vec3(v[3], v[4], v[5]);
+  }
   void loadForces(const RigidBody& body, const Vec3& gravity, Real timeStep);
 };
 

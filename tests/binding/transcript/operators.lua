@@ -42,6 +42,9 @@ for _, key in ipairs(KEYS) do
 end
 for _, key in ipairs {"0", "2.9", "'1'"} do run("c, set ["..key.."]", "c["..key.."] = 7") end
 
+run("a replaced operator", "local own = V['.mul'] V['.mul'] = function() return 'replaced' end " ..
+  "local product = v * w V['.mul'] = own return product")
+
 for _, name in ipairs {".add", ".sub", ".mul", ".div", ".eq", ".lt", ".geti", ".seti", ".test::Pair"} do
   local f = "v['"..name.."']"
   eval {f.."()", f.."(v)", f.."(v, w)", f.."(v, 1)", f.."(v, 1, 2)", f.."(v, 1, 2, 3)", f.."(1, v)", f.."(nil, nil)",

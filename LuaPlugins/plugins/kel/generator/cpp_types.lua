@@ -63,7 +63,7 @@ function C.guards(f)
     else list[#list + 1] = C.guard(argument, n) end
     n = n + 1
   end
-  local isEnd = {"wrap::isEnd(L, "..n..", &e)"}
+  local isEnd = {"wrap::isEnd("..(#f.overloads > 1 and "top" or "lua_gettop(L)")..", "..n..", &e)"}
   local all = {}
   for _, list in ipairs(isLowest and {objects, isEnd, arrays} or {isEnd, plain, objects, arrays}) do
     for _, guard in ipairs(list) do all[#all + 1] = guard end

@@ -44,7 +44,7 @@ int luaopen_${name}(lua_State* L)
 
 local WRAPPER = [[
 ${body}
-int ${function}(lua_State* L${local})
+int ${function}(lua_State* L${parameters})
 {
   tolua_Error e;
   ${fetched}
@@ -146,7 +146,7 @@ end
 local function otherwise(f, any)
   if f.number > 0 and O.isDispatched(f) then return "return wrap::notTaken;" end
   if f.number > 0 then
-    return "return "..wrapperName(f, f.number - 1)..any.."(L"..(f.constructor and ", local" or "")..");"
+    return "return "..wrapperName(f, f.number - 1)..any.."(L"..O.arguments(f)..");"
   end
   local lines = T.each(f.overloads, "\n", function(overload) return "       "..signature.line(overload) end)
   return "wrap::failed(L, "..T.quote(f.name)..", &e, "..T.quote(lines)..");"
@@ -179,7 +179,7 @@ local function wrapper(f)
   if f.bounded then call = T.fill(BOUNDED, {call = call}) end
   return T.fill(WRAPPER, {
     body = bodyFunction(f),
-    ["function"] = wrapperName(f)..any, ["local"] = f.constructor and ", bool local" or "",
+    ["function"] = wrapperName(f)..any, parameters = O.parameters(f),
     fetched = fetchedLocals(f), guard = guard, otherwise = otherwise(f, any),
     self = hasSelf(f) and "if (!self) wrap::badSelf(L, "..T.quote(f.errorName)..");" or "",
     locals = table.concat(locals, "\n"), call = call, extra = table.concat(extra, "\n"),
@@ -188,7 +188,7 @@ local function wrapper(f)
 end
 
 local DESTRUCTOR = [[
-int ${wrapper}(lua_State* L)
+int ${wrapper}(lua_State* L${parameters})
 {
   tolua_Error e;
   ${type}* self{};
@@ -198,7 +198,7 @@ int ${wrapper}(lua_State* L)
 }]]
 
 local function destructor(f)
-  return T.fill(DESTRUCTOR, {wrapper = wrapperName(f), guard = C.guards(f), otherwise = otherwise(f, ""), type = f.class.type})
+  return T.fill(DESTRUCTOR, {wrapper = wrapperName(f), parameters = O.parameters(f), guard = C.guards(f), otherwise = otherwise(f, ""), type = f.class.type})
 end
 
 local function variableAccess(v)
@@ -275,6 +275,10 @@ local function printer(class)
   return class.printed and "wrap::function<"..printedName(class)..'>(".tostring"),' or ""
 end
 
+-- those whose events need not search for them
+local EVENT_ENTRIES = {[".add"] = "operation", [".sub"] = "operation", [".mul"] = "operation", [".div"] = "operation",
+  [".geti"] = "elements"}
+
 local members
 local function member(item)
   if item.tag == "module" then
@@ -288,7 +292,7 @@ local function member(item)
     if not O.isLast(item) then return nil end
     local suffixes = item.constructor and {new = "", new_local = "_local", [".call"] = "_local"} or {[item.name] = ""}
     return T.each(item.constructor and {"new", "new_local", ".call"} or {item.name}, "\n", function(name)
-      return "wrap::function<"..O.entryName(item)..suffixes[name]..">("..T.quote(name).."),"
+      return "wrap::"..(EVENT_ENTRIES[name] or "function").."<"..O.entryName(item)..suffixes[name]..">("..T.quote(name).."),"
     end)
   elseif item.tag == "variable" then
     local accessors = item.get..(item.readonly and "" or ", "..item.set)

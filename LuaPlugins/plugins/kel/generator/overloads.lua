@@ -11,6 +11,9 @@ function O.isLast(f) return f == f.overloads[#f.overloads] end
 function O.entryName(f)
   return (f.constructor or O.isSet(f)) and f.cname or O.wrapperName(f)
 end
+-- what the wrappers of an overload set get beside the state, and hand over
+function O.parameters(f) return (O.isSet(f) and ", int top" or "")..(f.constructor and ", bool local" or "") end
+function O.arguments(f) return (O.isSet(f) and ", top" or "")..(f.constructor and ", local" or "") end
 function O.wrapperName(f, number) return f.cname..string.format("%02d", number or f.number) end
 
 -- the least and the largest number of values on the stack that an overload takes
@@ -35,7 +38,7 @@ function O.isDispatched(f)
 end
 
 local DISPATCHER = [[
-constexpr lua_CFunction ${all}_overloads[] = {${overloads}};
+constexpr wrap::Overload ${all}_overloads[] = {${overloads}};
 wrap::Overloads ${all}_dispatcher{${all}_overloads, ${first}};
 int ${all}(lua_State* L) { return ${all}_dispatcher.call(L); }]]
 
@@ -53,7 +56,8 @@ local ENTRY = [[
 int ${all}(lua_State* L${parameter})
 {
   ${class}
-  switch (lua_gettop(L)) {
+  const int top = lua_gettop(L);
+  switch (top) {
   ${cases}
   default:
     return ${lowest};
@@ -82,8 +86,8 @@ local function highestByCount(f, onlyObjects)
 end
 
 local function entry(f)
-  local any, argument = f.constructor and "_any" or "", f.constructor and ", local" or ""
-  local function call(overload) return O.wrapperName(overload or f, overload and overload.number or 0)..any.."(L"..argument..")" end
+  local any = f.constructor and "_any" or ""
+  local function call(overload) return O.wrapperName(overload)..any.."(L"..O.arguments(f)..")" end
   local highest, largest = highestByCount(f)
   local forObjects = highestByCount(f, true)
   local first = f.self == "none" and 1 or 2

@@ -1,0 +1,48 @@
+#include "solver/SplitSolver.h"
+#include "kel/Constraint.h"
+#include <algorithm>
+
+namespace kel {
+
+namespace {
+/// Above this many rows a direct solution is not tried.
+constexpr std::size_t MAX_DIRECT_ROWS = 5000;
+/// Turns of sweeps, each with a direct solution before and after it.
+constexpr UInt32 MAX_TURNS = 10;
+} // namespace
+
+SplitSolver::Result SplitSolver::solve(RowSystem& rows, UInt32 maxSweeps)
+{
+  Result result;
+  rows.getDirectRows(m_directRows);
+  if (!m_directRows.empty() && m_directRows.size() <= MAX_DIRECT_ROWS) {
+    if (solveInTurns(rows, maxSweeps, result.sweeps)) {
+      result.directRows = static_cast<UInt32>(m_directRows.size());
+      return result;
+    }
+  }
+  result.fellBack = !m_directRows.empty();
+  if (result.fellBack) rows.setIterative();
+  result.sweeps += rows.sweep(maxSweeps);
+  return result;
+}
+
+bool SplitSolver::solveInTurns(RowSystem& rows, UInt32 maxSweeps, UInt32& sweeps)
+{
+  m_direct.setRows(m_directRows);
+  if (!m_direct.solve()) return false;
+  const UInt32 sweepsPerTurn = std::max(maxSweeps / MAX_TURNS, UInt32(1));
+  for (UInt32 turn = 0; turn < MAX_TURNS; ++turn) {
+    bool settled = !rows.updateFrictionBounds();
+    if (rows.hasRowsOf(Constraint::ITERATIVE)) {
+      const UInt32 done = rows.sweep(sweepsPerTurn);
+      sweeps += done;
+      settled = settled && done == 1;
+    }
+    if (settled) break;
+    if (!m_direct.solve()) return false;
+  }
+  return true;
+}
+
+} // namespace kel
