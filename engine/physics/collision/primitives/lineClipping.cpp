@@ -45,8 +45,8 @@ bool clipLineToPlane(Real value, unsigned int axis, int side, const Vec3& start,
                      Interval& inside, Real tolerance)
 {
   const Real sign = side < 0 ? -1 : 1;
-  const Real height = sign * (start[axis] - value);
-  const Real slope = sign * direction[axis];
+  const Real height = sign * (start.at(axis) - value);
+  const Real slope = sign * direction.at(axis);
   if (std::fabs(slope) <= tolerance) return setParallel(height >= 0, inside);
   const Real crossing = -height / slope;
   inside = slope > 0 ? Interval(crossing, INFINITE) : Interval(-INFINITE, crossing);
@@ -56,9 +56,10 @@ bool clipLineToPlane(Real value, unsigned int axis, int side, const Vec3& start,
 bool clipLineToSlab(Real limit, unsigned int axis, const Vec3& start, const Vec3& direction, Interval& inside,
                     Real tolerance)
 {
-  if (std::fabs(direction[axis]) <= tolerance) return setParallel(std::fabs(start[axis]) <= limit, inside);
-  const Real one = (-limit - start[axis]) / direction[axis];
-  const Real other = (limit - start[axis]) / direction[axis];
+  if (std::fabs(direction.at(axis)) <= tolerance)
+    return setParallel(std::fabs(start.at(axis)) <= limit, inside);
+  const Real one = (-limit - start.at(axis)) / direction.at(axis);
+  const Real other = (limit - start.at(axis)) / direction.at(axis);
   inside = Interval(std::min(one, other), std::max(one, other));
   return limit >= 0;
 }
