@@ -189,8 +189,8 @@ private:
 
 } // namespace
 
-INSTANTIATE_TEST_SUITE_P(GuestLast, Guests, testing::Values("fvg"));
-INSTANTIATE_TEST_SUITE_P(GuestBefore, Guests, testing::Values("gfv", "vgf"));
+INSTANTIATE_TEST_SUITE_P(Orders, Guests, testing::Values("fvg", "gfv", "vgf"),
+                         [](const auto& test) { return std::string(test.param); });
 
 TEST_P(Guests, TakeOurValuesAndGiveThem)
 {

@@ -183,6 +183,8 @@ describe("kelData.EntityPtr", function()
     local storage = kelData.EntityStorage(ballModel())
     none:init(storage, storage:createInstance():getId())
     assert.is_true(none:isValid())
+    none:init(nil, 0)
+    assert.is_false(none:isValid())
   end)
 
   it("lies in vectors, arrays, buffers and values as a copy", function()

@@ -1,8 +1,6 @@
 #include "kelData/EntityStorage.h"
-#include <array>
 #include <cstdint>
 #include <gtest/gtest.h>
-#include <set>
 #include <stdexcept>
 #include <thread>
 
@@ -64,35 +62,6 @@ TEST(EntityStorage, HolesOfHeldRowsAreReusedWithDefaultsAndNewIds)
   a.destroy();
   EXPECT_TRUE(c.isValid());
   ball.storage->verifyConsistency();
-}
-
-TEST(EntityStorage, IdsStayWhenRowsMove)
-{
-  Ball ball;
-  std::array<EntityPtr, 3> balls;
-  for (std::size_t i = 0; i < balls.size(); ++i) {
-    balls[i] = ball.storage->createInstance();
-    ball.massOf(balls[i]) = 10.0 + double(i);
-  }
-  balls[0].destroy();
-  EXPECT_EQ(ball.storage->getNumRows(), 2u);
-  EXPECT_EQ(balls[2].calculateIndex(), 0u);
-  EXPECT_EQ(ball.massOf(balls[2]), 12);
-  EXPECT_EQ(ball.massOf(balls[1]), 11);
-  EXPECT_FALSE(balls[0].isValid());
-  EXPECT_NE(ball.storage->createInstance().getId(), balls[0].getId());
-  ball.storage->verifyConsistency();
-}
-
-TEST(EntityStorage, AnIdNeverComesTwice)
-{
-  Ball ball;
-  std::set<kel::UInt32> ids;
-  for (int i = 0; i < 2000; ++i) {
-    EntityPtr one = ball.storage->createInstance();
-    EXPECT_TRUE(ids.insert(one.getId()).second) << one.getId();
-    one.destroy();
-  }
 }
 
 TEST(EntityStorage, WithoutTableTheIdIsTheRow)

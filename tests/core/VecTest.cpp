@@ -122,6 +122,7 @@ TEST(Vec3, ComparisonsAndValidity)
   EXPECT_FALSE(Vec3(epsilon, 0, 0).equalsZero());
   EXPECT_TRUE(Vec3(0, -epsilon / 2, 0).equalsZero());
   EXPECT_TRUE(Vec3f(0, 1e-7F, 0).equalsZero());
+  EXPECT_FALSE(Vec3f(0, 0x1p-23F, 0).equalsZero() || Vec3(NaN, 0, 0).equalsZero());
   EXPECT_FALSE(Vec3(NaN, 0, 0) == Vec3(NaN, 0, 0));
   EXPECT_TRUE(Vec3(INF, 0, 0).isValid());
   EXPECT_TRUE(Vec3(0, 0, NaN).isNaN());
