@@ -2,6 +2,7 @@
 #include "body/BodyRows.h"
 #include "collision/ContactRows.h"
 #include "collision/GeometryRows.h"
+#include "material/MaterialRows.h"
 
 namespace kel::Physics {
 
@@ -11,6 +12,11 @@ void makeEntityModels()
   kelCollide::GeometryRows::instance();
   kelCollide::ContactRows::instance();
   kelCollide::ContactPointRows::instance();
+  BulkMaterialRows::instance();
+  SurfaceMaterialRows::instance();
+  WireMaterialRows::instance();
+  MaterialRows::instance();
+  ContactMaterialRows::instance();
 }
 
 } // namespace kel::Physics

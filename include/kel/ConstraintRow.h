@@ -23,6 +23,8 @@ struct ConstraintRow
     NON_HOLONOMIC
   };
 
+  static constexpr Real DEFAULT_DAMPING = 1.0 / 60;
+
   Form form = AVERAGED;
   /// The bodies; null is the world, which does not move.
   const RigidBody* bodies[2] = {nullptr, nullptr};
@@ -34,8 +36,10 @@ struct ConstraintRow
   Real target = 0;
   /// Compliance e, m/N (non-holonomic: m/(N s)).
   Real compliance = 1e-10;
-  /// Damping time t, s: a violation goes within some multiples of it.
-  Real damping = 1.0 / 60;
+  /// Damping time t, s: a violation goes within some multiples of it. Below 0 nobody chose one: it is the
+  /// time step where that does not resolve the row's spring, so that finer steps hold joints tighter, and
+  /// `DEFAULT_DAMPING` for softer rows.
+  Real damping = -1;
   /// Bounds of the force, N.
   Real lowerForce = -std::numeric_limits<Real>::infinity();
   Real upperForce = std::numeric_limits<Real>::infinity();

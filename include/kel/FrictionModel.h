@@ -37,6 +37,11 @@ public:
   int getSolveType() const { return m_solveType; }
   /// Bits of `CallbackMask`.
   int getCallbackMask() const { return m_callbackMask; }
+  /// Whether a direct solution has to ask for bounds while it is found.
+  bool needsNlmcpCallbacks() const
+  {
+    return (m_callbackMask & SCALE_BOUNDS) && (m_solveType == DIRECT || m_solveType == DIRECT_AND_ITERATIVE);
+  }
 
   /// Finds two unit vectors that make a right-handed system (u, v, normal) with a contact's normal; u is the
   /// primary direction of friction. World coordinates; the depth of penetration in m.

@@ -1,5 +1,5 @@
 #pragma once
-#include "kel/Types.h"
+#include "kel/ConstraintRow.h"
 
 namespace kel {
 
@@ -16,7 +16,7 @@ public:
   };
 
   static constexpr Real DEFAULT_COMPLIANCE = 1e-10;
-  static constexpr Real DEFAULT_DAMPING = 1.0 / 60;
+  static constexpr Real DEFAULT_DAMPING = ConstraintRow::DEFAULT_DAMPING;
 
   explicit RegularizationParameters(Type type = DEFAULT) : m_type(type) {}
 
@@ -26,9 +26,11 @@ public:
   void setCompliance(Real compliance) { m_compliance = compliance > 0 ? compliance : 0; }
   Real getCompliance() const { return m_compliance; }
   /// Time in which a violation falls to its e-th part, s; a negative one counts as 0. Rows on velocities have
-  /// none.
+  /// none. Unless it is set, stiff rows take the time step in place of the default.
   void setDamping(Real damping) { m_damping = damping > 0 ? damping : 0; }
-  Real getDamping() const { return m_damping; }
+  Real getDamping() const { return m_damping < 0 ? DEFAULT_DAMPING : m_damping; }
+  /// The same as rows take it: below 0 when it was never set.
+  Real getRowDamping() const { return m_damping; }
   /// The same by the time in which a violation halves, s.
   void setDampingHalfLife(Real halfLife) { setDamping(halfLife / LN_2); }
 
@@ -36,7 +38,7 @@ private:
   static constexpr Real LN_2 = 0.69314718055994530942;
 
   Real m_compliance = DEFAULT_COMPLIANCE;
-  Real m_damping = DEFAULT_DAMPING;
+  Real m_damping = ConstraintRow().damping;
   Type m_type;
 };
 

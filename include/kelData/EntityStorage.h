@@ -7,6 +7,7 @@
 #include "kelData/InstanceTable.h"
 #include <mutex>
 #include <ostream>
+#include <utility>
 #include <vector>
 
 namespace kelData {
@@ -134,7 +135,10 @@ private:
     EntityStorage* storage;
     kel::Index row;
   };
-  std::unique_lock<std::recursive_mutex> lock() const;
+  using Lock = std::unique_lock<std::recursive_mutex>;
+  using Locks = std::pair<Lock, Lock>;
+  Lock lock() const;
+  Locks lockWith(const EntityStorage* other) const;
   void addColumn(Attribute* attribute);
   void* typedData(const Attribute* attribute, const char* typeName) const;
   std::size_t columnOf(const Attribute* attribute) const;

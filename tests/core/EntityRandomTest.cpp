@@ -169,9 +169,16 @@ TEST_P(EntityRandom, AgreesWithAMap)
   }
 }
 
+std::string nameOf(const testing::TestParamInfo<EntityRandom::ParamType>& test)
+{
+  return std::string(test.param.first ? "Table" : "RowIds") +
+         (test.param.second == EntityStorage::Rows::HELD ? "Held" : "Free");
+}
+
 INSTANTIATE_TEST_SUITE_P(Storages, EntityRandom,
                          testing::Values(std::pair(true, EntityStorage::Rows::FREE),
                                          std::pair(true, EntityStorage::Rows::HELD),
-                                         std::pair(false, EntityStorage::Rows::FREE)));
+                                         std::pair(false, EntityStorage::Rows::FREE)),
+                         nameOf);
 
 } // namespace

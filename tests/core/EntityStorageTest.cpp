@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <set>
 #include <stdexcept>
+#include <thread>
 
 namespace {
 
@@ -219,6 +220,29 @@ TEST(EntityStorage, CustomAttributesJoinRowsThatExist)
   EXPECT_EQ(ball.storage->getBuffer("triple")->getElementArraySize(), 3u);
   EXPECT_EQ(ball.model->getAttribute("triple"), nullptr);
   ball.storage->verifyConsistency();
+}
+
+TEST(EntityStorage, ThreadsMayShareStorages)
+{
+  constexpr int ROUNDS = 2000;
+  Ball first, second;
+  EntityModel::setThreadSafe(true);
+  const auto work = [](EntityStorage& from, EntityStorage& to) {
+    for (int i = 0; i < ROUNDS; ++i) {
+      EntityPtr one = from.createInstance();
+      one.transfer(to);
+      one.copy(from).destroy();
+      if (i % 2) one.destroy();
+    }
+  };
+  std::thread there([&] { work(*first.storage, *second.storage); });
+  work(*second.storage, *first.storage);
+  there.join();
+  EntityModel::setThreadSafe(false);
+  for (EntityStorage* storage : {first.storage.get(), second.storage.get()}) {
+    storage->verifyConsistency();
+    EXPECT_EQ(storage->size(), std::size_t(ROUNDS / 2));
+  }
 }
 
 TEST(EntityStorage, FaultsAreFound)

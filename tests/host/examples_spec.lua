@@ -12,7 +12,7 @@ describe("the example", function()
   it("list is complete here", function()
     local listed = shell.run("ls examples/*.lua").out
     assert.equal("examples/01_falling_box.lua\nexamples/02_step_listener.lua\nexamples/03_vectors.lua\n"
-                   .. "examples/04_many_boxes.lua\nexamples/05_rotations.lua\n", listed)
+                   .. "examples/04_many_boxes.lua\nexamples/05_rotations.lua\nexamples/06_materials.lua\n", listed)
   end)
 
   it("01: a box falls, bounces and rests", function()
@@ -61,5 +61,12 @@ describe("the example", function()
     assert.equal(both, inTurn)
     assert.truthy(out:find("and back *\tVec3%(1, 2, 3%)"), out)
     assert.truthy(out:find("the arm turned *\tVec3%(1, 0, 5%)"), out)
+  end)
+
+  it("06: materials say how far things slide", function()
+    local rubber, ice = example("06_materials.lua"):match("rubber slid ([%d.]+) m, ice ([%d.]+) m")
+    -- Half the square of the speed by friction times gravity; the rubber's is the mean with the ground's.
+    assert.near(8 / (math.sqrt(0.5) * 9.80665), tonumber(rubber), 0.06)
+    assert.near(8 / (0.1 * 9.80665), tonumber(ice), 0.06)
   end)
 end)

@@ -3,6 +3,7 @@
 #include "kel/IterativeProjectedConeFriction.h"
 #include <cmath>
 #include <gtest/gtest.h>
+#include <limits>
 #include <numbers>
 
 namespace {
@@ -141,6 +142,21 @@ TEST(Friction, ModelsMayAnswerNonsense)
       EXPECT_NEAR(box->getVelocity().x(), 1, 1e-6);
       EXPECT_NEAR(box->getPosition().z(), 0.1, 1e-4);
     }
+  }
+}
+
+TEST(Friction, MayBeWithoutBounds)
+{
+  for (const bool isBox : {false, true}) {
+    Ground ground;
+    const Real infinity = std::numeric_limits<Real>::infinity();
+    ground.contact->setFrictionCoefficient(infinity);
+    ground.contact->setRollingResistanceCoefficient(infinity);
+    ground.contact->setAdhesion(infinity, 0);
+    if (isBox) ground.contact->setFrictionModel(new OwnModel(Vec3(1, 0, 0), infinity));
+    RigidBody* box = addSlider(ground, Vec3(5, 0, 0));
+    ground.step(60);
+    EXPECT_LT(box->getVelocity().length(), 1e-6);
   }
 }
 

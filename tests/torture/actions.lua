@@ -159,7 +159,8 @@ end
 
 local function populate(self)
   local simulation = self.pool:existing("kelSDK::Simulation")
-  local typeName = self.random:one { "kel::RigidBody", "kelCollide::Geometry", "kelSDK::LuaStepEventListener" }
+  local typeName = self.random:one { "kel::RigidBody", "kelCollide::Geometry", "kelSDK::LuaStepEventListener",
+    "kel::ContactMaterial" }
   local object = self.random:oneIn(3) and self.calls:make(typeName) or self.pool:existing(typeName)
   if simulation == nil then return end
   local name = self.random:oneIn(3) and "remove" or "add"

@@ -15,7 +15,8 @@ local COUNTED = {
 
 --- Whether objects of a type are counted, but have no `reference`: who takes one over takes a reference that is not his.
 function avoid.owning(typeName)
-  return COUNTED[typeName] or typeName:find("Value$") or typeName:find("Buffer$") or typeName:find("Attribute$")
+  if COUNTED[typeName] or typeName:find("Material$") or typeName:find("Friction") then return true end
+  return typeName:find("Value$") or typeName:find("Buffer$") or typeName:find("Attribute$")
 end
 
 -- Keys of class tables that are the runtime's own, and not overwritten.

@@ -16,6 +16,7 @@ local KNOWN = {
   "a height field needs ", "the sample lies outside the height field", "an axis is 0, 1 or 2",
   "Value '.*' ", "buffer '.*' cannot have",
   "attribute '.*' ", "the entity has no attribute '", "entity storage '.*' ", "entity model '.*' ", "entity pointer ",
+  "A direction of friction is ",
 }
 
 function calls.new(random, pool)

@@ -55,11 +55,20 @@ EntityStorage::~EntityStorage()
   m_instances->m_storage = nullptr;
 }
 
-std::unique_lock<std::recursive_mutex> EntityStorage::lock() const
+EntityStorage::Lock EntityStorage::lock() const
 {
-  std::unique_lock lock(m_mutex, std::defer_lock);
+  Lock lock(m_mutex, std::defer_lock);
   if (EntityModel::getThreadSafe()) lock.lock();
   return lock;
+}
+
+/// Both at once, so that no two threads wait for each other. `other` may be null or this storage.
+EntityStorage::Locks EntityStorage::lockWith(const EntityStorage* other) const
+{
+  if (!other || other == this) return {lock(), Lock()};
+  Locks locks{Lock(m_mutex, std::defer_lock), Lock(other->m_mutex, std::defer_lock)};
+  if (EntityModel::getThreadSafe()) std::lock(locks.first, locks.second);
+  return locks;
 }
 
 void EntityStorage::fail(const kel::String& text) const
@@ -361,9 +370,9 @@ EntityPtr EntityStorage::copyPlace(const Place& from)
 
 EntityPtr EntityStorage::transferInstance(EntityPtr instance)
 {
+  const auto guards = lockWith(instance.getStorage());
   const Place from = find(instance);
   if (from.storage == this) return instance;
-  const auto guard = lock();
   const EntityPtr moved = copyPlace(from);
   from.storage->destroyInstance(instance.getId());
   return moved;
@@ -371,13 +380,13 @@ EntityPtr EntityStorage::transferInstance(EntityPtr instance)
 
 EntityPtr EntityStorage::copyInstance(EntityPtr instance)
 {
-  const auto guard = lock();
+  const auto guards = lockWith(instance.getStorage());
   return copyPlace(find(instance));
 }
 
 void EntityStorage::copyAttributes(EntityPtr to, EntityPtr from)
 {
-  const auto guard = lock();
+  const auto guards = lockWith(from.getStorage());
   const Place target = find(to);
   if (target.storage != this) fail("does not have that instance");
   copyRow(target.row, find(from));

@@ -26,7 +26,7 @@ ContactRows::ContactRows()
   layout.readOnlyColumn("points", points);
   layout.readOnlyColumn("numPoints", numPoints);
   layout.column("enabled", enabled, true);
-  layout.column("material", material);
+  layout.readOnlyColumn("material", material);
   storage = layout.createStorage();
   storage->setUseInstanceTable(false);
 }
@@ -55,6 +55,7 @@ ContactPointRows::ContactPointRows()
   layout.readOnlyColumn("impulse", impulse);
   layout.column("depth", depth);
   layout.column("area", area);
+  layout.readOnlyColumn("boundingForce", boundingForce);
   layout.column("enabled", enabled, true);
   storage = layout.createStorage();
   storage->setUseInstanceTable(false);

@@ -37,11 +37,12 @@ struct ContactPointRows
   kel::Vec3f* normal = nullptr; ///< from the second geometry to the first
   kel::Vec3f* tangentU = nullptr;
   kel::Vec3f* tangentV = nullptr;
-  kel::Vec3f* velocity = nullptr;  ///< m/s, of the surfaces
-  kel::Vec3* localForce = nullptr; ///< N, along the normal, u and v
-  kel::Vec3* impulse = nullptr;    ///< N s, the same; before the solution where it starts
-  kel::Real* depth = nullptr;      ///< m
-  kel::Real* area = nullptr;       ///< m2, 0 where nobody has asked for it
+  kel::Vec3f* velocity = nullptr;     ///< m/s, of the surfaces
+  kel::Vec3* localForce = nullptr;    ///< N, along the normal, u and v
+  kel::Vec3* impulse = nullptr;       ///< N s, the same; before the solution where it starts
+  kel::Real* depth = nullptr;         ///< m
+  kel::Real* area = nullptr;          ///< m2, 0 where nobody has asked for it
+  kel::Real* boundingForce = nullptr; ///< N, of friction, where a friction model gives it
   bool* enabled = nullptr;
 
   static const ContactPointRows& instance();

@@ -289,7 +289,7 @@ void Space::Detector::writePoint(kel::Index row, const PatchPoint& point, const 
   rows.localForce[row] = Vec3();
   rows.impulse[row] = impulse;
   rows.depth[row] = -point.distance;
-  rows.area[row] = 0;
+  rows.area[row] = rows.boundingForce[row] = 0;
   rows.enabled[row] = true;
 }
 

@@ -70,7 +70,7 @@ ConstraintRow& ElementaryConstraint::addRow(std::size_t row, std::vector<Constra
   result.form =
       settings.regularization.isHolonomic() ? ConstraintRow::AVERAGED : ConstraintRow::NON_HOLONOMIC;
   result.compliance = settings.regularization.getCompliance();
-  result.damping = settings.regularization.getDamping();
+  result.damping = settings.regularization.getRowDamping();
   result.lowerForce = settings.forceRange.lower();
   result.upperForce = settings.forceRange.upper();
   result.force = &settings.force;

@@ -14,11 +14,11 @@ Real notNegative(Real value) { return value > 0 ? value : 0; }
 
 Real geometricMean(Real a, Real b) { return std::sqrt(notNegative(a) * notNegative(b)); }
 
-void storeDirection(DirectionPair& pair, Real value, int direction)
+void storeDirection(Vec2& pair, Real value, int direction)
 {
   if (direction < 0) throw std::out_of_range("A direction of friction is 0, 1, or 2 for both.");
-  if (direction != ContactMaterial::SECONDARY_DIRECTION) pair.value[0] = notNegative(value);
-  if (direction != ContactMaterial::PRIMARY_DIRECTION) pair.value[1] = notNegative(value);
+  if (direction != ContactMaterial::SECONDARY_DIRECTION) pair[0] = notNegative(value);
+  if (direction != ContactMaterial::PRIMARY_DIRECTION) pair[1] = notNegative(value);
 }
 
 } // namespace
@@ -74,7 +74,7 @@ void ContactMaterial::setFrictionCoefficient(Real coefficient, int direction)
 
 Real ContactMaterial::getFrictionCoefficient(UInt32 direction) const
 {
-  return rows().frictionCoefficient[m_row].value[std::min(direction, 1U)];
+  return rows().frictionCoefficient[m_row][std::min(direction, 1U)];
 }
 
 void ContactMaterial::setSurfaceViscosity(Real viscosity, int direction)
@@ -84,7 +84,7 @@ void ContactMaterial::setSurfaceViscosity(Real viscosity, int direction)
 
 Real ContactMaterial::getSurfaceViscosity(UInt32 direction) const
 {
-  return rows().surfaceViscosity[m_row].value[std::min(direction, 1U)];
+  return rows().surfaceViscosity[m_row][std::min(direction, 1U)];
 }
 
 bool ContactMaterial::setMinMaxElasticRestLength(Real min, Real max)

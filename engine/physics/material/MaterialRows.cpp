@@ -15,15 +15,17 @@ const BulkMaterialRows& BulkMaterialRows::instance()
 
 BulkMaterialRows::BulkMaterialRows()
 {
-  kelData::EntityLayout layout("BulkMaterial");
-  layout.column("dirty", dirty, true);
-  layout.column("density", density, BulkMaterial::DEFAULT_DENSITY);
-  layout.column("youngsModulus", youngsModulus, BulkMaterial::DEFAULT_YOUNGS_MODULUS);
-  layout.column("poissonsRatio", poissonsRatio, BulkMaterial::DEFAULT_POISSONS_RATIO);
-  layout.column("damping", damping, BulkMaterial::DEFAULT_DAMPING);
-  layout.column("viscosity", viscosity, BulkMaterial::DEFAULT_VISCOSITY);
-  layout.column("minElasticRestLength", minElasticRestLength, BulkMaterial::DEFAULT_MIN_ELASTIC_REST_LENGTH);
-  layout.column("maxElasticRestLength", maxElasticRestLength, BulkMaterial::DEFAULT_MAX_ELASTIC_REST_LENGTH);
+  kelData::EntityLayout layout("Physics.BulkMaterial");
+  layout.readOnlyColumn("dirty", dirty, true);
+  layout.readOnlyColumn("density", density, BulkMaterial::DEFAULT_DENSITY);
+  layout.readOnlyColumn("youngsModulus", youngsModulus, BulkMaterial::DEFAULT_YOUNGS_MODULUS);
+  layout.readOnlyColumn("poissonsRatio", poissonsRatio, BulkMaterial::DEFAULT_POISSONS_RATIO);
+  layout.readOnlyColumn("damping", damping, BulkMaterial::DEFAULT_DAMPING);
+  layout.readOnlyColumn("viscosity", viscosity, BulkMaterial::DEFAULT_VISCOSITY);
+  layout.readOnlyColumn("minElasticRestLength", minElasticRestLength,
+                        BulkMaterial::DEFAULT_MIN_ELASTIC_REST_LENGTH);
+  layout.readOnlyColumn("maxElasticRestLength", maxElasticRestLength,
+                        BulkMaterial::DEFAULT_MAX_ELASTIC_REST_LENGTH);
   storage = layout.createStorage();
 }
 
@@ -35,13 +37,13 @@ const SurfaceMaterialRows& SurfaceMaterialRows::instance()
 
 SurfaceMaterialRows::SurfaceMaterialRows()
 {
-  kelData::EntityLayout layout("SurfaceMaterial");
-  layout.column("dirty", dirty, true);
-  layout.column("roughness", roughness, SurfaceMaterial::DEFAULT_ROUGHNESS);
-  layout.column("adhesion", adhesion);
-  layout.column("adhesiveOverlap", adhesiveOverlap);
-  layout.column("viscosity", viscosity, SurfaceMaterial::DEFAULT_VISCOSITY);
-  layout.column("frictionEnabled", frictionEnabled, true);
+  kelData::EntityLayout layout("Physics.SurfaceMaterial");
+  layout.readOnlyColumn("dirty", dirty, true);
+  layout.readOnlyColumn("roughness", roughness, SurfaceMaterial::DEFAULT_ROUGHNESS);
+  layout.readOnlyColumn("adhesion", adhesion);
+  layout.readOnlyColumn("adhesiveOverlap", adhesiveOverlap);
+  layout.readOnlyColumn("viscosity", viscosity, SurfaceMaterial::DEFAULT_VISCOSITY);
+  layout.readOnlyColumn("frictionEnabled", frictionEnabled, true);
   storage = layout.createStorage();
 }
 
@@ -53,15 +55,16 @@ const WireMaterialRows& WireMaterialRows::instance()
 
 WireMaterialRows::WireMaterialRows()
 {
-  kelData::EntityLayout layout("WireMaterial");
-  layout.column("dirty", dirty, true);
-  layout.column("frictionCoefficient", frictionCoefficient, WireMaterial::DEFAULT_FRICTION);
-  layout.column("kinematicContactNodeVelocityScale", kinematicContactNodeVelocityScale,
-                WireMaterial::DEFAULT_VELOCITY_SCALE);
-  layout.column("youngsModulusStretch", youngsModulusStretch, WireMaterial::DEFAULT_YOUNGS_MODULUS_STRETCH);
-  layout.column("dampingStretch", dampingStretch, WireMaterial::DEFAULT_DAMPING);
-  layout.column("youngsModulusBend", youngsModulusBend, WireMaterial::DEFAULT_YOUNGS_MODULUS_BEND);
-  layout.column("dampingBend", dampingBend, WireMaterial::DEFAULT_DAMPING);
+  kelData::EntityLayout layout("Physics.WireMaterial");
+  layout.readOnlyColumn("dirty", dirty, true);
+  layout.readOnlyColumn("frictionCoefficient", frictionCoefficient, WireMaterial::DEFAULT_FRICTION);
+  layout.readOnlyColumn("kinematicContactNodeVelocityScale", kinematicContactNodeVelocityScale,
+                        WireMaterial::DEFAULT_VELOCITY_SCALE);
+  layout.readOnlyColumn("youngsModulusStretch", youngsModulusStretch,
+                        WireMaterial::DEFAULT_YOUNGS_MODULUS_STRETCH);
+  layout.readOnlyColumn("dampingStretch", dampingStretch, WireMaterial::DEFAULT_DAMPING);
+  layout.readOnlyColumn("youngsModulusBend", youngsModulusBend, WireMaterial::DEFAULT_YOUNGS_MODULUS_BEND);
+  layout.readOnlyColumn("dampingBend", dampingBend, WireMaterial::DEFAULT_DAMPING);
   storage = layout.createStorage();
 }
 
@@ -73,11 +76,11 @@ const MaterialRows& MaterialRows::instance()
 
 MaterialRows::MaterialRows()
 {
-  kelData::EntityLayout layout("Material");
-  layout.column("bulkMaterial", bulkMaterial);
-  layout.column("surfaceMaterial", surfaceMaterial);
-  layout.column("wireMaterial", wireMaterial);
-  layout.column("frictionType", frictionType);
+  kelData::EntityLayout layout("Physics.Material");
+  layout.readOnlyColumn("bulkMaterial", bulkMaterial);
+  layout.readOnlyColumn("surfaceMaterial", surfaceMaterial);
+  layout.readOnlyColumn("wireMaterial", wireMaterial);
+  layout.readOnlyColumn("frictionType", frictionType);
   storage = layout.createStorage();
 }
 
@@ -90,7 +93,7 @@ const ContactMaterialRows& ContactMaterialRows::instance()
 // Most parameters come from the materials when a contact material is made; these do not.
 ContactMaterialRows::ContactMaterialRows()
 {
-  kelData::EntityLayout layout("ContactMaterial");
+  kelData::EntityLayout layout("Physics.ContactMaterial");
   layout.column("frictionCoefficient", frictionCoefficient);
   layout.column("surfaceViscosity", surfaceViscosity);
   layout.column("surfaceFrictionEnabled", surfaceFrictionEnabled);

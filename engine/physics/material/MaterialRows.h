@@ -1,14 +1,9 @@
 #pragma once
+#include "kel/Vec2.h"
 #include "kel/ref_ptr.h"
 #include "kelData/EntityStorage.h"
 
 namespace kel {
-
-/// Two numbers, one a direction of friction.
-struct DirectionPair
-{
-  Real value[2];
-};
 
 /// The rows of all bulk materials of the process, in the units of `BulkMaterial`. These and the rows below
 /// are never destroyed: materials may outlive any static object.
@@ -84,8 +79,8 @@ private:
 struct ContactMaterialRows
 {
   ref_ptr<kelData::EntityStorage> storage;
-  DirectionPair* frictionCoefficient = nullptr;
-  DirectionPair* surfaceViscosity = nullptr;
+  Vec2* frictionCoefficient = nullptr; ///< in the primary and the secondary direction
+  Vec2* surfaceViscosity = nullptr;
   bool* surfaceFrictionEnabled = nullptr;
   Real* restitution = nullptr;
   Real* youngsModulus = nullptr;

@@ -3,6 +3,7 @@
 #include "body/integrator.h"
 #include "kelCollide/Space.h"
 #include "simulation/references.h"
+#include "solver/askFrictionModels.h"
 #include <algorithm>
 
 namespace kel {
@@ -53,6 +54,7 @@ bool DynamicsSystem::remove(Constraint* constraint)
   const ref_ptr<Constraint> keep(constraint);
   if (!removeReference(m_constraints, constraint)) return false;
   countConstraint(*constraint, -1);
+  constraint->clearForces();
   return true;
 }
 
@@ -77,6 +79,7 @@ void DynamicsSystem::stepForward()
   if (!(timeStep > 0)) return;
   const auto interactions = m_interactions; // they may add and remove each other
   for (const auto& interaction : interactions) interaction->updateForce(this);
+  if (const ref_ptr<kelCollide::Space> space = m_space) askFrictionModels(*space, timeStep);
   m_solver->solve(*this, timeStep);
 
   const BodyRows& rows = BodyRows::instance();

@@ -165,7 +165,7 @@ void Simulation::stepForward()
   }
   m_events->stepEvent(StepEventListener::PRE_STEP, getTimeStamp());
   const Real timeStep = getTimeStep();
-  if (m_system) m_system->stepForward();
+  if (const kel::ref_ptr<kel::DynamicsSystem> system = m_system) system->stepForward();
   m_events->stepEvent(StepEventListener::POST_STEP, getTimeStamp());
   m_clock->stepForward(timeStep);
   m_events->stepEvent(StepEventListener::LAST_STEP, getTimeStamp());

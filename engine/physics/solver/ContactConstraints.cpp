@@ -1,9 +1,9 @@
 #include "solver/ContactConstraints.h"
 #include "collision/ContactRows.h"
-#include "kel/BoxFrictionModel.h"
 #include "kel/Constraint.h"
 #include "kelCollide/Geometry.h"
 #include "solver/AreaStiffness.h"
+#include <algorithm>
 #include <cmath>
 #include <optional>
 
@@ -32,6 +32,14 @@ const Material& materialOf(const Geometry& geometry)
 
 Real notNegative(Real value) { return value > 0 ? value : 0; }
 
+/// A number that bounds something together with others: not negative, and no infinity that 0 times makes a
+/// NaN.
+Real boundingFactor(Real value)
+{
+  constexpr Real greatest = 1e15;
+  return std::min(notNegative(value), greatest);
+}
+
 /// The row of the speed of two bodies along a direction at a point.
 ConstraintRow makeRow(const Vec3& point, const Vec3 (&centers)[2], const Vec3& direction)
 {
@@ -54,24 +62,6 @@ ConstraintRow makeTurningRow(const Vec3& axis, Real compliance)
   return row;
 }
 
-/// Takes over a model's tangents as far as they span a plane with the normal.
-void writeTangents(const FrictionModel& model, const GeometryContact& contact, Index pointRow)
-{
-  const ContactPointRows& points = ContactPointRows::instance();
-  const Vec3 normal(points.normal[pointRow]);
-  Vec3 u;
-  Vec3 v;
-  model.calculateTangentPlane(contact.geometry(0), contact.geometry(1), points.point[pointRow], normal,
-                              points.depth[pointRow], u, v);
-  u -= normal * (u * normal);
-  const Real length = u.length();
-  if (!(length > 1e-6 && std::isfinite(length))) return;
-  u /= length;
-  const Vec3 across = cross(normal, u);
-  points.tangentU[pointRow] = Vec3f(u);
-  points.tangentV[pointRow] = Vec3f(v * across < 0 ? -across : across);
-}
-
 } // namespace
 
 void ContactConstraints::begin(Real timeStep, Real impactSpeedThreshold, bool allowDirect)
@@ -79,6 +69,7 @@ void ContactConstraints::begin(Real timeStep, Real impactSpeedThreshold, bool al
   m_timeStep = timeStep;
   m_impactSpeedThreshold = impactSpeedThreshold;
   m_allowDirect = allowDirect;
+  m_isJointed = false;
   m_targets.clear();
 }
 
@@ -90,7 +81,7 @@ void ContactConstraints::add(const GeometryContact& contact, const Index (&bodie
     m_unassigned = new ContactMaterial(materialOf(*contact.geometry(0)), materialOf(*contact.geometry(1)));
     material = m_unassigned.get();
   }
-  Common common = {contact, *material, {bodies[0], bodies[1]}, {}, 0, 0, 0};
+  Common common = {*material, {bodies[0], bodies[1]}};
   for (std::size_t side = 0; side < 2; ++side)
     if (const RigidBody* body = contact.rigidBody(side)) common.centers[side] = body->getCmPosition();
   setSolveTypes(common);
@@ -99,7 +90,8 @@ void ContactConstraints::add(const GeometryContact& contact, const Index (&bodie
     const Index pointRow = contact.getPoint(i).getId();
     if (points.enabled[pointRow] && points.depth[pointRow] > 0) ++numTouching;
   }
-  if (numTouching > 0) common.adhesion = material->getAdhesion() / static_cast<Real>(numTouching);
+  if (numTouching > 0)
+    common.adhesion = boundingFactor(material->getAdhesion()) / static_cast<Real>(numTouching);
   std::optional<AreaStiffness> areaStiffness;
   if (material->getUseContactAreaApproach()) areaStiffness.emplace(contact, *material);
   const Real stiffness = material->getYoungsModulus() * STIFFNESS_LENGTH;
@@ -129,6 +121,8 @@ void ContactConstraints::setSolveTypes(Common& common) const
     break;
   }
   if (!m_allowDirect) common.normalType = common.frictionType = Constraint::ITERATIVE;
+  const bool keepsImpulses = m_isJointed && (common.normalType & Constraint::DIRECT);
+  common.frictionWarmStart = keepsImpulses ? 1 : WARM_START;
 }
 
 void ContactConstraints::addPoint(const Common& common, Index pointRow, Real stiffness)
@@ -141,8 +135,6 @@ void ContactConstraints::addPoint(const Common& common, Index pointRow, Real sti
   FrictionBound bound;
   bound.normal = normal;
   if (points.depth[pointRow] > 0) bound.offset = common.adhesion * m_timeStep;
-  if (const FrictionModel* model = material.getFrictionModel())
-    writeTangents(*model, common.contact, pointRow);
   if (material.getSurfaceFrictionEnabled())
     target.friction = addFriction(common, pointRow, makeBound(common, pointRow, bound));
   if (material.getRollingResistanceCoefficient() > 0 || material.getTwistingResistanceCoefficient() > 0)
@@ -200,17 +192,13 @@ void ContactConstraints::applyRestitution(const Common& common, ConstraintRow& n
 
 FrictionBound ContactConstraints::makeBound(const Common& common, Index pointRow, FrictionBound bound) const
 {
-  const ContactPointRows& points = ContactPointRows::instance();
-  for (UInt32 k = 0; k < 2; ++k) bound.coefficients[k] = common.material.getFrictionCoefficient(k);
+  for (UInt32 k = 0; k < 2; ++k)
+    bound.coefficients[k] = boundingFactor(common.material.getFrictionCoefficient(k));
   const FrictionModel* model = common.material.getFrictionModel();
   if (!model) return bound;
   bound.isCone = (model->getCallbackMask() & FrictionModel::ITERATIVE_PROJECTION) != 0;
-  if (const auto* box = dynamic_cast<const BoxFrictionModel*>(model)) {
-    const GeometryContact& contact = common.contact;
-    const Real force = box->calculateNormalForce(
-        contact.geometry(0), contact.geometry(1), points.point[pointRow], Vec3(points.normal[pointRow]),
-        points.depth[pointRow], points.impulse[pointRow].x() / m_timeStep, contact.getNumPoints());
-    bound.offset += notNegative(force) * m_timeStep;
+  if (model->getCallbackMask() & FrictionModel::INITIALIZE) {
+    bound.offset += ContactPointRows::instance().boundingForce[pointRow] * m_timeStep;
     bound.normal = FrictionBound::NO_ROW;
   }
   return bound;
@@ -228,7 +216,7 @@ Index ContactConstraints::addFriction(const Common& common, Index pointRow, cons
     rows[k].compliance = common.material.getSurfaceViscosity(k);
     rows[k].target = -(tangents[k] * slide);
   }
-  return addPair(common, rows, bound, points.impulse[pointRow] * WARM_START);
+  return addPair(common, rows, bound, points.impulse[pointRow] * common.frictionWarmStart);
 }
 
 void ContactConstraints::addResistance(const Common& common, Index pointRow, const FrictionBound& bound)
@@ -236,7 +224,8 @@ void ContactConstraints::addResistance(const Common& common, Index pointRow, con
   const ContactPointRows& points = ContactPointRows::instance();
   const ContactMaterial& material = common.material;
   FrictionBound rolling = bound;
-  rolling.coefficients[0] = rolling.coefficients[1] = notNegative(material.getRollingResistanceCoefficient());
+  rolling.coefficients[0] = rolling.coefficients[1] =
+      boundingFactor(material.getRollingResistanceCoefficient());
   const Real compliance = material.getRollingResistanceCompliance();
   if (rolling.coefficients[0] > 0)
     addPair(common,
@@ -244,7 +233,7 @@ void ContactConstraints::addResistance(const Common& common, Index pointRow, con
              makeTurningRow(Vec3(points.tangentV[pointRow]), compliance)},
             rolling, Vec3());
   FrictionBound twisting = bound;
-  twisting.coefficients[0] = notNegative(material.getTwistingResistanceCoefficient());
+  twisting.coefficients[0] = boundingFactor(material.getTwistingResistanceCoefficient());
   if (twisting.coefficients[0] > 0)
     addPair(common,
             {makeTurningRow(Vec3(points.normal[pointRow]), material.getTwistingResistanceCompliance()),

@@ -35,12 +35,13 @@ inline void addScaled(Real (&target)[6], const Real (&row)[6], Real factor)
 /// Inverse of the mass that a row moves.
 inline Real inverseMassOf(const ScaledRow& row) { return speed(row.j, row.j[0], row.j[1]); }
 
-/// The damping of a row, s, whose spring swings too fast for the step: such a row gains energy when its
-/// direction turns, unless a violation takes some steps to go.
+/// The damping of a row, s. One whose spring swings too fast for the step gains energy when its direction
+/// turns, unless a violation takes some steps to go.
 Real dampingOf(const ConstraintRow& source, Real inverseMass, Real timeStep)
 {
   const bool isResolved = inverseMass * timeStep * timeStep < source.compliance;
-  return isResolved ? source.damping : std::max(source.damping, LEAST_DAMPING_STEPS * timeStep);
+  if (!isResolved) return std::max(source.damping, LEAST_DAMPING_STEPS * timeStep);
+  return source.damping < 0 ? ConstraintRow::DEFAULT_DAMPING : source.damping;
 }
 
 /// Brings an impulse into a rectangle of the half widths a and b, or, along itself, into the ellipse in it.
@@ -110,10 +111,12 @@ void RowSystem::scale(const ConstraintRow& source, Real timeStep, ScaledRow& row
     row.rhs = -4 * gamma / h * source.target + gamma * oldSpeed;
     break;
   }
-  case ConstraintRow::BACKWARD:
-    row.sigma = source.compliance / (h * (h + source.damping));
-    row.rhs = -source.target / (h + source.damping);
+  case ConstraintRow::BACKWARD: {
+    const Real time = h + (source.damping < 0 ? ConstraintRow::DEFAULT_DAMPING : source.damping);
+    row.sigma = source.compliance / (h * time);
+    row.rhs = -source.target / time;
     break;
+  }
   case ConstraintRow::NON_HOLONOMIC:
     row.sigma = source.compliance / h;
     row.rhs = source.target;

@@ -1,5 +1,6 @@
 #pragma once
 #include "kel/String.h"
+#include "kelLua/Handles.h"
 #include "kelLua/LuaCall.h"
 #include "kelLua/LuaCallback.h"
 #include "kelLua/push.h"
@@ -17,6 +18,15 @@ template <class T> struct ObjectArgument
 };
 template <class T> ObjectArgument(T*, const wrap::Type&) -> ObjectArgument<T>;
 
+/// A value as an argument of a script call: the script gets a copy of its own. The type's package must be
+/// open.
+template <class T> struct ValueArgument
+{
+  const T& value;
+  const wrap::Type& type;
+};
+template <class T> ValueArgument(const T&, const wrap::Type&) -> ValueArgument<T>;
+
 /// One override of a script adapter: the signature of the method that it stands for, and the protocol by
 /// which its calls reach the script. The same protocol serves every adapter, so that an override is one row:
 ///
@@ -33,7 +43,7 @@ public:
   {}
 
   /// Calls the script's function with arguments in the order of the method's parameters: numbers, enums,
-  /// bools, strings, and objects as `ObjectArgument`.
+  /// bools, strings, objects as `ObjectArgument` and values as `ValueArgument`.
   template <class... Arguments> void call(const LuaCallback& adapter, const Arguments&... arguments) const
   {
     LuaCall call(adapter.luaState(), m_method, adapter.object());
@@ -58,6 +68,22 @@ public:
       return static_cast<Result>(truncated(number));
   }
 
+  /// The same for a method with two results of one type, which go to `first` and `second` in the order in
+  /// which the script returned them. False, and nothing changes, when the fallback is to be taken.
+  template <class T, class... Arguments>
+  bool callForTwo(const LuaCallback& adapter, const wrap::Type& type, T& first, T& second,
+                  const Arguments&... arguments) const
+  {
+    LuaCall call(adapter.luaState(), m_method, adapter.object());
+    if (!call.m_valid) return false;
+    run(call, 2, arguments...);
+    const void* objects[2];
+    if (!popTwo(call.m_lua, type, objects)) return false;
+    first = *static_cast<const T*>(objects[0]);
+    second = *static_cast<const T*>(objects[1]);
+    return true;
+  }
+
 private:
   template <class... Arguments> void run(LuaCall& call, int numResults, const Arguments&... arguments) const
   {
@@ -79,12 +105,19 @@ private:
   {
     pushobject(L, argument.object, argument.type);
   }
+  template <class T> static void push(lua_State* L, const ValueArgument<T>& argument)
+  {
+    handles::pushValue<T>(L, argument.type, argument.value);
+  }
   template <class T>
   requires std::is_arithmetic_v<T> || std::is_enum_v<T>
   static void push(lua_State* L, T value) { lua_pushnumber(L, static_cast<lua_Number>(value)); }
 
   static long long truncated(double number);
   bool popResult(lua_State* L, bool asBool, double& value) const;
+  /// Takes the two values on top of the Lua stack; the objects hold until Lua runs again.
+  bool popTwo(lua_State* L, const wrap::Type& type, const void* (&objects)[2]) const;
+  void warn(const char* text) const;
   static void reportFailure(const std::string& text);
 
   const char* m_signature;
