@@ -65,7 +65,6 @@ private:
   void releaseMaterials();
   void writePairs(std::vector<GeometryContact>& contacts);
   kel::Vec3 findImpulse(const Pair& pair, const KnownPoint& point) const;
-  void releaseMaterials();
   static void writePoint(kel::Index row, const PatchPoint& point, const Pair& pair, const kel::Vec3& impulse);
 
   const kel::Real m_reach;
