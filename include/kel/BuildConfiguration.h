@@ -35,8 +35,9 @@ bool isBuiltWith(BuildConfiguration feature);
 /// Name of the feature as in the enumeration, a text that stays; empty for a number that names none.
 const char* getBuildConfigurationString(BuildConfiguration feature);
 
-/// Sets how many threads the engine may use, at least 1; 0 stands for one a processor. Steps run on the
-/// calling thread whatever this says.
+/// Sets how many threads the engine may use, at least 1; 0 stands for one a processor. Bodies
+/// that touch, or are bound together, are solved on one thread, and the results are the same bits for any
+/// number.
 void setNumThreads(unsigned long count);
 /// The number of threads that the engine may use.
 unsigned long getNumThreads();

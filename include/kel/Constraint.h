@@ -94,6 +94,8 @@ public:
   void rows(Real timeStep, std::vector<ConstraintRow>& buffer);
   /// Takes the forces of these rows, N, after the step is solved.
   void storeForces(std::span<const ConstraintRow> rows, std::span<const Real> forces);
+  /// Forgets the forces, when the constraint takes no part in a step.
+  void clearForces();
 
   /// Places two frames so that they meet at a point with an axis as N, when the frames hang under the model
   /// frames of two bodies; the second may be null, for the world. The point and the axis are those of the

@@ -420,6 +420,23 @@ TEST(Joint, ForcesOnTheBodiesAreSummedUp)
   EXPECT_FALSE(joint->getLastForce(std::size_t(2), force, torque));
 }
 
+TEST(Joint, ForcesEndWithTheJointsPart)
+{
+  const auto force = [](const Bar& bar) { return bar.hinge->getCurrentForce(kel::Hinge::TRANSLATIONAL_1); };
+  Bar bar(1.0 / 60, true);
+  const ref_ptr<Constraint> keep = bar.hinge;
+  bar.scene.step(60);
+  EXPECT_NE(force(bar), 0);
+  bar.bar->setMotionControl(RigidBody::STATIC);
+  bar.scene.step(1);
+  EXPECT_EQ(force(bar), 0);
+  bar.bar->setMotionControl(RigidBody::DYNAMICS);
+  bar.scene.step(1);
+  EXPECT_NE(force(bar), 0);
+  EXPECT_TRUE(bar.scene.simulation->remove(keep.get()));
+  EXPECT_EQ(force(bar), 0);
+}
+
 TEST(Joint, DisabledAndEnabledAgain)
 {
   Bar bar(1.0 / 60, true);

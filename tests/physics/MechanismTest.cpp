@@ -211,4 +211,35 @@ TEST(Mechanism, MotorLiftsALoadOverAPrismaticJoint)
   EXPECT_NEAR(rail->getRange1D()->getCurrentForce(0), weight - 300, 1e-4 * weight);
 }
 
+// Friction has to hold what pulls at it through the joints.
+TEST(Mechanism, ParkedCarStaysOnASlope)
+{
+  const Real angle = 15 * std::numbers::pi / 180;
+  Scene scene;
+  scene.setFriction(1);
+  const Quat slope(angle, Vec3(0, 1, 0));
+  scene.addGeometry(new kelCollide::Plane(slope * Vec3(0, 0, 1), Real(0)));
+  RigidBody* car = scene.addBody(new Box(2, 0.8, 0.3), slope * Vec3(0, 0, 0.9), 1000, slope);
+  std::vector<Hinge*> axles;
+  for (const Real x : {-1.5, 1.5})
+    for (const Real y : {-1.3, 1.3}) {
+      const Vec3 place = slope * Vec3(x, y, 0.4);
+      RigidBody* wheel = scene.addBody(new kelCollide::Sphere(0.4), place, 20, slope);
+      axles.push_back(new Hinge(HingeFrame(place, Vec3(0, 1, 0)), wheel, car));
+      axles.back()->getLock1D()->setEnable(true);
+      scene.simulation->add(axles.back());
+    }
+  scene.step(120);
+  const Vec3 before = car->getPosition();
+  scene.step(300);
+  EXPECT_LT((car->getPosition() - before).length(), 1e-4);
+  Real brakes = 0;
+  for (const Hinge* axle : axles) brakes += axle->getLock1D()->getCurrentForce(0);
+  const Real pull = 1080 * Scene::G * std::sin(angle) * 0.4;
+  EXPECT_NEAR(std::fabs(brakes), pull, 0.01 * pull);
+  for (Hinge* axle : axles) axle->getLock1D()->setEnable(false);
+  scene.step(60);
+  EXPECT_GT((car->getPosition() - before).length(), 1);
+}
+
 } // namespace

@@ -12,7 +12,11 @@ void split(const AffineMatrix4x4& matrix, Vec3 (&elements)[Attachment::NUM_ELEME
 
 } // namespace
 
-Attachment::Attachment(Frame* frame) { Attachment::setFrame(frame); }
+Attachment::Attachment(Frame* frame) : m_frame(frame ? frame : new Frame)
+{
+  split(m_frame->getMatrix(), m_elements);
+  m_elements[CM_TO_ANCHOR_POS] = m_elements[ANCHOR_POS];
+}
 
 void Attachment::setFrame(Frame* frame)
 {

@@ -122,7 +122,11 @@ ElementaryConstraint* Constraint::getSecondaryConstraintGivenName(const Name& na
 void Constraint::setEnable(bool enable)
 {
   m_enabled = enable;
-  if (enable) return;
+  if (!enable) clearForces();
+}
+
+void Constraint::clearForces()
+{
   for (const auto* list : {&m_elementary, &m_secondary})
     for (const auto& elementary : *list) elementary->clearForces();
   for (Reaction& reaction : m_reactions) reaction = {};

@@ -54,6 +54,7 @@ bool DynamicsSystem::remove(Constraint* constraint)
   const ref_ptr<Constraint> keep(constraint);
   if (!removeReference(m_constraints, constraint)) return false;
   countConstraint(*constraint, -1);
+  constraint->clearForces();
   return true;
 }
 

@@ -69,6 +69,7 @@ void ContactConstraints::begin(Real timeStep, Real impactSpeedThreshold, bool al
   m_timeStep = timeStep;
   m_impactSpeedThreshold = impactSpeedThreshold;
   m_allowDirect = allowDirect;
+  m_isJointed = false;
   m_targets.clear();
 }
 
@@ -120,6 +121,8 @@ void ContactConstraints::setSolveTypes(Common& common) const
     break;
   }
   if (!m_allowDirect) common.normalType = common.frictionType = Constraint::ITERATIVE;
+  const bool keepsImpulses = m_isJointed && (common.normalType & Constraint::DIRECT);
+  common.frictionWarmStart = keepsImpulses ? 1 : WARM_START;
 }
 
 void ContactConstraints::addPoint(const Common& common, Index pointRow, Real stiffness)
@@ -213,7 +216,7 @@ Index ContactConstraints::addFriction(const Common& common, Index pointRow, cons
     rows[k].compliance = common.material.getSurfaceViscosity(k);
     rows[k].target = -(tangents[k] * slide);
   }
-  return addPair(common, rows, bound, points.impulse[pointRow] * WARM_START);
+  return addPair(common, rows, bound, points.impulse[pointRow] * common.frictionWarmStart);
 }
 
 void ContactConstraints::addResistance(const Common& common, Index pointRow, const FrictionBound& bound)

@@ -18,6 +18,9 @@ public:
   /// Starts a step of `timeStep` seconds without contacts. Those to come bounce if they close faster than a
   /// speed in m/s; their rows may be solved directly, or all by iteration.
   void begin(Real timeStep, Real impactSpeedThreshold, bool allowDirect);
+  /// Says that joints pull at the bodies of the contacts to come. Sweeps bring the friction against such a
+  /// pull up in many steps only, so it starts from all that it was.
+  void setJointed() { m_isJointed = true; }
   bool empty() const { return m_targets.empty(); }
   /// Adds the rows of a contact between two of the bodies.
   void add(const kelCollide::GeometryContact& contact, const Index (&bodies)[2]);
@@ -41,6 +44,7 @@ private:
     Real adhesion = 0;     // share of a point, N
     UInt32 normalType = 0; // solve types of the rows
     UInt32 frictionType = 0;
+    Real frictionWarmStart = 0; // part of the last impulses
   };
 
   void setSolveTypes(Common& common) const;
@@ -61,6 +65,7 @@ private:
   Real m_timeStep = 0;
   Real m_impactSpeedThreshold = 0;
   bool m_allowDirect = true;
+  bool m_isJointed = false;
   std::vector<Target> m_targets;
   ref_ptr<ContactMaterial> m_unassigned; // of the contact that is added, where nobody gave it one
 };

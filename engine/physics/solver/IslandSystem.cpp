@@ -24,6 +24,7 @@ void IslandSystem::add(Constraint& constraint)
   const UInt32 solveType = m_forceIterative ? UInt32(Constraint::ITERATIVE) : constraint.getSolveType();
   const std::size_t begin = m_constraintRows.size();
   m_constraints.push_back({&constraint, begin});
+  m_contacts.setJointed();
   constraint.rows(m_timeStep, m_constraintRows);
   for (std::size_t i = begin; i < m_constraintRows.size(); ++i) {
     const ConstraintRow& row = m_constraintRows[i];

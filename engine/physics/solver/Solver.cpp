@@ -65,6 +65,7 @@ void Solver::Step::addConstraints(const DynamicsSystem& system)
       if (node) last = node;
     }
     m_islands.addItem(last);
+    if (!last) constraint->clearForces();
   }
 }
 

@@ -1,4 +1,5 @@
 -- Functions as scripts see them, in one line: `const name(T1, T2=default) -> R1, R2`.
+local C = load "cpp_types"
 local S = {}
 
 local NAMES = {number = "number", bool = "bool", string = "string", address = "userdata", array = "numberarray"}
@@ -18,11 +19,15 @@ function S.results(f)
   return results
 end
 
+-- a null object is nil to scripts
+local function default(argument)
+  if not argument.default then return "" end
+  return "="..(not NAMES[argument.kind] and C.isNull(argument.default) and "nil" or argument.default)
+end
+
 function S.line(f)
   local args = {}
-  for i, argument in ipairs(f.args) do
-    args[i] = S.type(argument)..(argument.default and "="..argument.default or "")
-  end
+  for i, argument in ipairs(f.args) do args[i] = S.type(argument)..default(argument) end
   local results = S.results(f)
   local prefix = f.static and f.class and "static " or f.self == "const" and "const " or ""
   return prefix..f.name.."("..table.concat(args, ", ")..")"..(#results > 0 and " -> "..table.concat(results, ", ") or "")
