@@ -16,8 +16,9 @@ public:
   CollisionMeshData* deepCopy() const { return new CollisionMeshData(*this); }
 
   /// Calculates everything below from vertices and indices; to be called after they have changed. Triangles
-  /// without area stay and have a null normal. Vertices in the same place count as one for the neighbours.
-  void update();
+  /// without area stay and have a null normal. Vertices in the same place count as one for the neighbours,
+  /// which are looked for again where `connectivity` says so or the number of indices has changed.
+  void update(bool connectivity = true);
 
   /// Whether there are triples of indices, all of vertices, and these are finite.
   bool hasUsableNumbers() const;

@@ -2,7 +2,9 @@
 #include "kel/Frame.h"
 #include "kel/Material.h"
 #include "kel/ref_ptr.h"
+#include "kelCollide/CollisionGroupManager.h"
 #include "kelCollide/Shape.h"
+#include <vector>
 
 namespace kel {
 class PropertyContainer;
@@ -101,6 +103,17 @@ public:
   void setSensor(bool sensor);
   bool isSensor() const;
 
+  /// Puts the geometry into a group, or takes it out; see `CollisionGroupManager`. A geometry may be in any
+  /// number of groups.
+  void addGroup(kel::UInt32 number) { addToGroup(CollisionGroupManager::groupOf(number)); }
+  void addGroup(const kel::Name& name) { addToGroup(CollisionGroupManager::groupOf(name)); }
+  void removeGroup(kel::UInt32 number) { std::erase(m_groups, CollisionGroupManager::groupOf(number)); }
+  void removeGroup(const kel::Name& name) { std::erase(m_groups, CollisionGroupManager::groupOf(name)); }
+  void removeAllGroups() { m_groups.clear(); }
+  bool hasGroup(kel::UInt32 number) const { return isInGroup(CollisionGroupManager::groupOf(number)); }
+  bool hasGroup(const kel::Name& name) const { return isInGroup(CollisionGroupManager::groupOf(name)); }
+  const std::vector<CollisionGroupManager::Group>& getGroups() const { return m_groups; }
+
   /// The space that it was added to, null for none. Not owned.
   Space* getSpace() const { return m_space; }
   /// Brings the bounding volume up to the transform. The space does so in each update.
@@ -129,6 +142,8 @@ private:
   friend class Space;
   class OwnFrame;
 
+  void addToGroup(CollisionGroupManager::Group group);
+  bool isInGroup(CollisionGroupManager::Group group) const;
   void setFlag(kel::UInt32 flag, bool on);
   bool hasFlag(kel::UInt32 flag) const;
   void moved();
@@ -142,6 +157,7 @@ private:
   kel::ref_ptr<Shape> m_shape;
   kel::AffineMatrix4x4 m_shapeTransform;
   kel::ref_ptr<kel::Material> m_material;
+  std::vector<CollisionGroupManager::Group> m_groups;
   kel::RigidBody* m_rigidBody = nullptr;
   Space* m_space = nullptr;
   kel::UInt32 m_spaceOrder = 0; // grows with each addition to the space

@@ -13,6 +13,8 @@ class Mesh : public Shape
 {
 public:
   class Triangle;
+  class VertexEdgeCirculator;
+  class FaceEdgeCirculator;
 
   /// The global index of no edge.
   static constexpr kel::UInt32 NO_EDGE = 0xffffffff;
@@ -47,6 +49,10 @@ public:
   bool isValidTriangleIndex(std::size_t triangle) const { return triangle < getNumTriangles(); }
   /// The triangle of an index, which need not be a valid one.
   Triangle getTriangle(std::size_t triangle) const;
+  /// Go round the edges of a triangle, or those that begin in one vertex, from an edge of a triangle on; that
+  /// edge need not be a valid one.
+  FaceEdgeCirculator createFaceEdgeCirculator(std::size_t triangle, std::size_t localEdge) const;
+  VertexEdgeCirculator createVertexEdgeCirculator(std::size_t triangle, std::size_t localEdge) const;
   /// The data that the mesh is made of, null if it is not made of such. Not owned.
   virtual const CollisionMeshData* getMeshData() const { return nullptr; }
 
@@ -111,6 +117,66 @@ public:
 private:
   const Mesh* m_mesh = nullptr;
   std::size_t m_index = 0;
+};
+
+/// An edge of a triangle, by which one can go on to others. It is valid as long as the mesh lives; of an
+/// invalid one nothing may be asked but whether it is valid.
+class MeshEdge
+{
+public:
+  bool isValid() const { return m_mesh && m_mesh->isValidEdgeIndex(m_edge); }
+  /// Whether all edges have been visited.
+  bool atEnd() const { return m_atEnd; }
+  kel::Vec3 getEdgeStartVertex() const { return getTriangle().getEdgeStartVertex(getLocalEdgeIndex()); }
+  kel::Vec3 getEdgeEndVertex() const { return getTriangle().getEdgeEndVertex(getLocalEdgeIndex()); }
+  Mesh::Triangle getTriangle() const { return m_mesh->getTriangle(getTriangleIndex()); }
+  std::size_t getTriangleIndex() const { return Mesh::getGlobalTriangleIndex(m_edge); }
+  std::size_t getLocalEdgeIndex() const { return Mesh::getLocalEdgeIndex(m_edge); }
+  const Mesh* getMesh() const { return m_mesh; }
+
+protected:
+  MeshEdge() = default;
+  MeshEdge(const Mesh& mesh, std::size_t edge) : m_mesh(&mesh), m_edge(edge), m_start(edge) {}
+  /// The edge behind or before another one in its triangle.
+  static std::size_t next(std::size_t edge) { return edge % 3 == 2 ? edge - 2 : edge + 1; }
+  static std::size_t previous(std::size_t edge) { return edge % 3 == 0 ? edge + 2 : edge - 1; }
+  void moveTo(std::size_t edge)
+  {
+    m_edge = edge;
+    m_atEnd = edge == m_start;
+  }
+
+  const Mesh* m_mesh = nullptr;
+  std::size_t m_edge = 0;
+  std::size_t m_start = 0;
+  bool m_atEnd = false;
+};
+
+/// The edges of a triangle, counter-clockwise.
+class Mesh::FaceEdgeCirculator : public MeshEdge
+{
+public:
+  FaceEdgeCirculator() = default;
+  FaceEdgeCirculator(const Mesh& mesh, std::size_t edge) : MeshEdge(mesh, edge) {}
+  FaceEdgeCirculator& operator++()
+  {
+    moveTo(next(m_edge));
+    return *this;
+  }
+};
+
+/// The edges that begin in one vertex, counter-clockwise; over a hole to the edge on its other side.
+class Mesh::VertexEdgeCirculator : public MeshEdge
+{
+public:
+  VertexEdgeCirculator() = default;
+  VertexEdgeCirculator(const Mesh& mesh, std::size_t edge) : MeshEdge(mesh, edge) {}
+  VertexEdgeCirculator& operator++();
+  /// Whether the last step went over a hole.
+  bool hasJustJumpedOverHole() const { return m_hasJumped; }
+
+private:
+  bool m_hasJumped = false;
 };
 
 } // namespace kelCollide

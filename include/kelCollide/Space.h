@@ -3,6 +3,7 @@
 #include "kel/ref_ptr.h"
 #include "kelCollide/Geometry.h"
 #include "kelCollide/GeometryContact.h"
+#include <functional>
 #include <memory>
 #include <unordered_set>
 #include <vector>
@@ -52,8 +53,8 @@ public:
   /// Forgets all contacts, also the forces that the next solution would start from.
   void clearContacts();
   /// How near surfaces of bodies of a metre and more come before they have a contact, m: such a contact has a
-  /// negative depth. Smaller ones come nearer in proportion. 0 for contacts of surfaces that touch alone; 0.02
-  /// at first. Setting it lets all contacts go.
+  /// negative depth. Smaller ones come nearer in proportion. 0 for contacts of surfaces that touch alone;
+  /// 0.02 at first. Setting it lets all contacts go.
   void setContactReach(kel::Real reach);
   kel::Real getContactReach() const { return m_contactReach; }
 
@@ -71,17 +72,24 @@ public:
   std::size_t getContactReductionThreshold() const { return m_reductionThreshold; }
 
   /// Whether the space lets two geometries collide: not if one is null or both are the same, not if one or
-  /// its body is disabled, has its collisions off, or both ride on one body, and not if the pair is disabled.
+  /// its body is disabled, has its collisions off, or both ride on one body, not if the pair or their groups
+  /// are disabled, which are those of the space that both are in, and not if the filter says no. Every pair
+  /// whose boxes meet is asked for in each update.
   bool canCollide(const Geometry* first, const Geometry* second) const
   {
     return canCollide(first, second, this);
   }
-  /// The same for geometries of any space; the pairs are those of `space`, none for null.
+  /// The same for geometries of any space; the pairs and the filter are those of `space`, none for null.
   static bool canCollide(const Geometry* first, const Geometry* second, const Space* space);
   /// Disables and enables a pair; all pairs are enabled at first. Does nothing for null.
   void setEnableCollisions(const Geometry* first, const Geometry* second, bool enable);
   /// Whether a pair is enabled; false for null.
   bool getEnableCollisions(const Geometry* first, const Geometry* second) const;
+  /// The groups that do not collide. Not owned.
+  CollisionGroupManager* getCollisionGroupManager() const { return m_groups.get(); }
+  /// Has the last word on each pair, by false; must not change the space. None at first.
+  using Filter = std::function<bool(const Geometry& first, const Geometry& second)>;
+  void setFilter(Filter filter) { m_filter = std::move(filter); }
   kel::String getClassName() const override { return "Space"; }
 
 protected:
@@ -94,6 +102,8 @@ private:
 
   std::vector<kel::ref_ptr<Geometry>> m_geometries;
   std::unordered_set<kel::UInt64> m_disabledPairs; // both ids, the smaller one in the upper half
+  kel::ref_ptr<CollisionGroupManager> m_groups = new CollisionGroupManager;
+  Filter m_filter;
   std::vector<GeometryContact> m_contacts;
   kel::Real m_contactReach = 0.02;
   BroadPhaseAlgorithm m_broadPhase = HIERARCHICAL_GRID;

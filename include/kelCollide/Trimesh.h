@@ -31,8 +31,9 @@ public:
   Trimesh* shallowCopy() const { return new Trimesh(*this, m_data); }
   /// A mesh with data of its own. To be owned.
   Trimesh* deepCopy() const { return new Trimesh(*this, m_data->deepCopy()); }
-  /// Brings the mesh up to data that have changed.
-  void updateMeshGeometry(bool warn = true);
+  /// Brings the mesh up to data that have changed. Neighbours are looked for again where `connectivity` says
+  /// so or the number of indices has changed; warnings are logged where `warn` says so.
+  void updateMeshGeometry(bool connectivity, bool warn = true);
 
   kel::UInt32 getOptionsMask() const { return m_options; }
   const kel::String& getSourceName() const { return m_sourceName; }

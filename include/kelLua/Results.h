@@ -34,10 +34,11 @@ template <class T> union Unmade {
 };
 template <class T> inline Unmade<T> s_unmade;
 
-/// Whether a T and its base are at the same address, which the scripts' casts rely on; true for opaque types.
+/// Whether a T and its base are at the same address, which the scripts' casts rely on; true for opaque and
+/// for abstract types, of which there is none to look at.
 template <class T, class Base> constexpr bool hasBaseAtStart()
 {
-  if constexpr (isComplete<T> && isComplete<Base>)
+  if constexpr (isComplete<T> && isComplete<Base> && !std::is_abstract_v<T>)
     return static_cast<const volatile void*>((const volatile Base*)(&s_unmade<T>.object)) ==
            static_cast<const volatile void*>(&s_unmade<T>.object);
   else

@@ -1,4 +1,5 @@
 #include "Scene.h"
+#include "kel/BuildConfiguration.h"
 #include "kelCollide/Capsule.h"
 #include "kelCollide/Cylinder.h"
 #include "kelCollide/Line.h"
@@ -326,11 +327,18 @@ std::vector<Real> mixedPile(int numBodies, int steps, Space::BroadPhaseAlgorithm
 
 TEST(CollisionDynamics, PilesOfAllShapesStaySound) { mixedPile(2000, 60, Space::HIERARCHICAL_GRID); }
 
-TEST(CollisionDynamics, BroadPhasesGiveTheSameBits)
+TEST(CollisionDynamics, BroadPhasesAndThreadsGiveTheSameBits)
 {
   const std::vector<Real> first = mixedPile(200, 120, Space::HIERARCHICAL_GRID);
-  const std::vector<Real> second = mixedPile(200, 120, Space::SWEEP_AND_PRUNE);
-  EXPECT_EQ(std::memcmp(first.data(), second.data(), first.size() * sizeof(Real)), 0);
+  const auto expectSame = [&](const std::vector<Real>& other) {
+    EXPECT_EQ(std::memcmp(first.data(), other.data(), first.size() * sizeof(Real)), 0);
+  };
+  expectSame(mixedPile(200, 120, Space::SWEEP_AND_PRUNE));
+  for (const unsigned long threads : {2, 4}) {
+    kel::setNumThreads(threads);
+    expectSame(mixedPile(200, 120, Space::HIERARCHICAL_GRID));
+  }
+  kel::setNumThreads(1);
 }
 
 } // namespace

@@ -204,6 +204,34 @@ TEST(Collision, DepthDoesNotDependOnThePlace)
   EXPECT_NEAR(points[0].depth(), 1e-3, 1e-9);
 }
 
+TEST(Collision, GroupsAndTheFilterAreAskedInEachUpdate)
+{
+  Pair pair(new Plane, new Sphere(0.5));
+  const auto touches = [&] { return !pair.pointsAt(Vec3(0, 0, 0.4)).empty(); };
+  Geometry& ball = *pair.body->getGeometries()[0];
+  CollisionGroupManager& groups = *pair.space->getCollisionGroupManager();
+  EXPECT_TRUE(touches());
+  ball.addGroup("balls");
+  pair.still->addGroup(7);
+  groups.setEnablePair(groups.groupOf(7), groups.groupOf("balls"), false);
+  EXPECT_FALSE(touches());
+  EXPECT_FALSE(groups.getEnablePair(groups.groupOf("balls"), groups.groupOf(7)));
+  EXPECT_TRUE(Space::canCollide(&ball, pair.still.get(), nullptr));
+  ball.removeGroup("balls");
+  EXPECT_FALSE(ball.hasGroup("balls"));
+  EXPECT_TRUE(touches());
+  ball.addGroup("balls");
+  EXPECT_FALSE(touches());
+  groups.setEnablePair(groups.groupOf("balls"), groups.groupOf(7), true);
+  EXPECT_TRUE(touches());
+  int asked = 0;
+  pair.space->setFilter([&](const Geometry&, const Geometry&) { return ++asked % 2 == 0; });
+  EXPECT_FALSE(touches());
+  EXPECT_TRUE(touches());
+  EXPECT_EQ(asked, 2);
+  EXPECT_NE(groups.getUniqueGroupID(), groups.getUniqueGroupID());
+}
+
 TEST(Collision, ReachOfZeroLeavesContactsThatTouchAlone)
 {
   Pair pair(new Plane, new Sphere(0.5));

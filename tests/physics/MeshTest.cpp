@@ -118,6 +118,35 @@ TEST(Mesh, NeighboursShareEdgesAlsoByVerticesInOnePlace)
   EXPECT_NEAR(merged->getVolume(), 8, 1e-12);
 }
 
+TEST(Mesh, CirculatorsVisitTheEdgesOfAVertexOnce)
+{
+  const kel::ref_ptr<Mesh> field = flatField(2, 2);
+  const auto visit = [&](Mesh::VertexEdgeCirculator edge, int& holes) {
+    int count = 0;
+    const Vec3 start = edge.getEdgeStartVertex();
+    for (; !edge.atEnd(); ++edge, ++count) {
+      holes += edge.hasJustJumpedOverHole();
+      EXPECT_EQ(edge.getEdgeStartVertex(), start);
+    }
+    holes += edge.hasJustJumpedOverHole();
+    return count;
+  };
+  int holes = 0;
+  for (std::size_t edge = 0; edge < 3; ++edge) {
+    const Mesh::VertexEdgeCirculator inner = field->createVertexEdgeCirculator(1, edge);
+    if (inner.getEdgeStartVertex() == Vec3()) {
+      EXPECT_EQ(visit(inner, holes), 6);
+    }
+  }
+  EXPECT_EQ(holes, 0);
+  EXPECT_EQ(visit(field->createVertexEdgeCirculator(0, 1), holes), 3); // in the middle of a side
+  EXPECT_EQ(holes, 1);
+  int sides = 0;
+  for (Mesh::FaceEdgeCirculator edge = field->createFaceEdgeCirculator(3, 1); !edge.atEnd(); ++edge) ++sides;
+  EXPECT_EQ(sides, 3);
+  EXPECT_FALSE(Mesh::FaceEdgeCirculator().isValid());
+}
+
 TEST(Mesh, WrongWindingIsMended)
 {
   kel::UInt32Vector inward = boxIndices();
@@ -168,6 +197,20 @@ TEST(Mesh, CopiesShareTheirDataOrNot)
   EXPECT_EQ(deep->getVolume(), mesh->getVolume());
   const kel::ref_ptr<Convex> hull = boxHull(Vec3(1, 1, 1));
   EXPECT_EQ(kel::ref_ptr<Convex>(hull->shallowCopy())->getMeshData(), hull->getMeshData());
+}
+
+TEST(Mesh, FollowsDataThatChange)
+{
+  const kel::ref_ptr<Trimesh> mesh = boxMesh(Vec3(1, 1, 1));
+  const kel::UInt32 before = mesh->getModifiedCount();
+  auto& vertices = const_cast<CollisionMeshData*>(mesh->getMeshData())->getVertices();
+  for (Vec3& vertex : vertices) vertex *= 2;
+  mesh->updateMeshGeometry(false);
+  EXPECT_NEAR(mesh->getVolume(), 64, 1e-12);
+  EXPECT_GT(mesh->getModifiedCount(), before);
+  kel::UInt32Vector found;
+  mesh->calculateTrianglesInBound(BoundingAABB(Vec3(1.9, -1, -1), Vec3(3, 1, 1)), found);
+  EXPECT_EQ(found.size(), 2u);
 }
 
 TEST(Mesh, QueriesFindTheTrianglesThere)

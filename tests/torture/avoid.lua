@@ -65,7 +65,7 @@ local CONTAINERS = {
 }
 
 -- Where these are, by the end of the class's name.
-local KINDS = { Vector = true, Set = true, Array = true, Buffer = true, Storage = true }
+local KINDS = { Vector = true, Set = true, Array = true, Buffer = true, Storage = true, Field = true }
 
 -- Pointers to what may be gone, which scripts look at on their own account.
 local UNKEPT = { at = true, front = true, back = true }

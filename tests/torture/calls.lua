@@ -13,6 +13,7 @@ local KNOWN = {
   "bad argument #", "index is [nN]", "stack overflow", "object expected",
   "Attempt to perform operation on an invalid operand", "Attempt to call a non%-callable object",
   "index of an? [%a ]+ is out of range", "the object of this element is gone", "Property .* is missing",
+  "a height field needs ", "the sample lies outside the height field", "an axis is 0, 1 or 2",
   "Value '.*' ", "buffer '.*' cannot have",
   "attribute '.*' ", "the entity has no attribute '", "entity storage '.*' ", "entity model '.*' ", "entity pointer ",
   "A direction of friction is ",

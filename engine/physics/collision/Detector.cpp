@@ -3,6 +3,7 @@
 #include "collision/bulletVectors.h"
 #include "collision/narrow/collideTrees.h"
 #include "collision/narrow/isSound.h"
+#include "kel/BuildConfiguration.h"
 #include "kel/FrictionModel.h"
 #include "kel/Logger.h"
 #include "kel/RigidBody.h"
@@ -158,22 +159,47 @@ void Space::Detector::findContacts(std::vector<GeometryContact>& contacts)
 {
   keepOldPoints();
   findWantedPairs();
-  m_patch.clear();
-  for (Pair& pair : m_pairs) {
-    pair.beginPoints = m_patch.size();
-    collideTrees(*pair.first->getShape(), *pair.second->getShape(), m_reach * pair.size, m_patch);
-    pair.endPoints = m_patch.size();
-  }
+  collidePairs();
   std::erase_if(m_pairs, [](const Pair& pair) { return pair.beginPoints == pair.endPoints; });
   writePairs(contacts);
+}
+
+void Space::Detector::collidePairs()
+{
+  constexpr std::size_t chunkSize = 64; // pairs, which one thread takes at once
+  m_chunks.resize((m_pairs.size() + chunkSize - 1) / chunkSize);
+  m_workers.run(m_chunks.size(), kel::getNumThreads(), [&](std::size_t chunk) {
+    Patch& patch = m_chunks[chunk];
+    patch.clear();
+    const std::size_t end = std::min(m_pairs.size(), (chunk + 1) * chunkSize);
+    for (std::size_t i = chunk * chunkSize; i < end; ++i) {
+      Pair& pair = m_pairs[i];
+      pair.beginPoints = patch.size();
+      collideTrees(*pair.first->getShape(), *pair.second->getShape(), m_reach * pair.size, patch);
+      pair.endPoints = patch.size();
+    }
+  });
+  m_patch.clear();
+  for (std::size_t i = 0; i < m_pairs.size(); ++i) {
+    const Patch& patch = m_chunks[i / chunkSize];
+    Pair& pair = m_pairs[i];
+    const auto from = patch.begin() + static_cast<std::ptrdiff_t>(pair.beginPoints);
+    const auto to = patch.begin() + static_cast<std::ptrdiff_t>(pair.endPoints);
+    pair.beginPoints = m_patch.size();
+    m_patch.insert(m_patch.end(), from, to);
+    pair.endPoints = m_patch.size();
+  }
 }
 
 void Space::Detector::keepOldPoints()
 {
   m_oldPairs.swap(m_pairs);
   m_oldPoints.swap(m_known);
-  for (std::size_t i = 0; i < m_oldPoints.size(); ++i)
-    m_oldPoints[i].impulse = ContactPointRows::instance().impulse[m_points[i].getId()];
+  const ContactPointRows& rows = ContactPointRows::instance();
+  for (std::size_t i = 0; i < m_oldPoints.size(); ++i) {
+    const kel::Index row = m_points[i].getId();
+    m_oldPoints[i].impulse = rows.enabled[row] ? rows.impulse[row] : Vec3();
+  }
 }
 
 void Space::Detector::findWantedPairs()

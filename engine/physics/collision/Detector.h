@@ -1,6 +1,7 @@
 #pragma once
 #include "collision/narrow/Patch.h"
 #include "kelCollide/Space.h"
+#include "solver/Workers.h"
 #include <BulletCollision/BroadphaseCollision/btBroadphaseInterface.h>
 #include <map>
 
@@ -60,18 +61,21 @@ private:
   BoundingAABB grown(Geometry& geometry, const Item& item) const;
   void keepOldPoints();
   void findWantedPairs();
+  void collidePairs();
+  void releaseMaterials();
   void writePairs(std::vector<GeometryContact>& contacts);
   kel::Vec3 findImpulse(const Pair& pair, const KnownPoint& point) const;
-  void releaseMaterials();
   static void writePoint(kel::Index row, const PatchPoint& point, const Pair& pair, const kel::Vec3& impulse);
 
   const kel::Real m_reach;
   std::unique_ptr<btBroadphaseInterface> m_broadphase;
   std::map<kel::UInt32, Item> m_items; // by the geometry's order in the space
   std::vector<Pair> m_pairs;           // in order
-  Patch m_patch;                       // of all pairs
-  std::vector<KnownPoint> m_known;     // of all pairs
-  std::vector<Pair> m_oldPairs;        // those of the update before
+  kel::Workers m_workers;
+  std::vector<Patch> m_chunks;     // of some pairs each
+  Patch m_patch;                   // of all pairs
+  std::vector<KnownPoint> m_known; // of all pairs
+  std::vector<Pair> m_oldPairs;    // those of the update before
   std::vector<KnownPoint> m_oldPoints;
   std::vector<GeometryContact> m_contactRows; // more than the last update needed, maybe
   std::vector<ContactPoint> m_points;         // likewise; those of one contact side by side

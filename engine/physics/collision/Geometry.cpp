@@ -4,6 +4,7 @@
 #include "kel/RigidBody.h"
 #include "kelCollide/ShapeGroup.h"
 #include "kelCollide/Space.h"
+#include <algorithm>
 
 namespace kelCollide {
 
@@ -113,6 +114,16 @@ bool Geometry::canCollide(const Geometry* other) const
 void Geometry::setSensor(bool sensor) { setFlag(GeometryRows::SENSOR, sensor); }
 
 bool Geometry::isSensor() const { return hasFlag(GeometryRows::SENSOR); }
+
+void Geometry::addToGroup(CollisionGroupManager::Group group)
+{
+  if (!isInGroup(group)) m_groups.push_back(group);
+}
+
+bool Geometry::isInGroup(CollisionGroupManager::Group group) const
+{
+  return std::find(m_groups.begin(), m_groups.end(), group) != m_groups.end();
+}
 
 void Geometry::updateBoundingVolume()
 {

@@ -103,7 +103,11 @@ bool Space::canCollide(const Geometry* first, const Geometry* second, const Spac
   const kel::RigidBody* body2 = second->getRigidBody();
   if ((body1 && !body1->getEnable()) || (body2 && !body2->getEnable())) return false;
   if (body1 && body1 == body2) return false;
-  return !space || space->getEnableCollisions(first, second);
+  if (!space) return true;
+  if (!space->getEnableCollisions(first, second)) return false;
+  const bool areHere = first->m_space == space && second->m_space == space;
+  if (areHere && !space->m_groups->canCollide(*first, *second)) return false;
+  return !space->m_filter || space->m_filter(*first, *second);
 }
 
 void Space::setEnableCollisions(const Geometry* first, const Geometry* second, bool enable)

@@ -1,5 +1,6 @@
 #include "kelCollide/lineClipping.h"
 #include <cmath>
+#include <stdexcept>
 
 namespace kelCollide {
 
@@ -10,6 +11,12 @@ using kel::Vec3;
 namespace {
 
 constexpr Real INFINITE = std::numeric_limits<Real>::infinity();
+
+Real coordinate(const Vec3& v, unsigned int axis)
+{
+  if (axis > 2) throw std::out_of_range("an axis is 0, 1 or 2");
+  return v[axis];
+}
 
 /// The interval that a line parallel to a surface gets.
 bool setParallel(bool isInside, Interval& inside)
@@ -45,8 +52,8 @@ bool clipLineToPlane(Real value, unsigned int axis, int side, const Vec3& start,
                      Interval& inside, Real tolerance)
 {
   const Real sign = side < 0 ? -1 : 1;
-  const Real height = sign * (start[axis] - value);
-  const Real slope = sign * direction[axis];
+  const Real height = sign * (coordinate(start, axis) - value);
+  const Real slope = sign * coordinate(direction, axis);
   if (std::fabs(slope) <= tolerance) return setParallel(height >= 0, inside);
   const Real crossing = -height / slope;
   inside = slope > 0 ? Interval(crossing, INFINITE) : Interval(-INFINITE, crossing);
@@ -56,9 +63,10 @@ bool clipLineToPlane(Real value, unsigned int axis, int side, const Vec3& start,
 bool clipLineToSlab(Real limit, unsigned int axis, const Vec3& start, const Vec3& direction, Interval& inside,
                     Real tolerance)
 {
-  if (std::fabs(direction[axis]) <= tolerance) return setParallel(std::fabs(start[axis]) <= limit, inside);
-  const Real one = (-limit - start[axis]) / direction[axis];
-  const Real other = (limit - start[axis]) / direction[axis];
+  if (std::fabs(coordinate(direction, axis)) <= tolerance)
+    return setParallel(std::fabs(coordinate(start, axis)) <= limit, inside);
+  const Real one = (-limit - coordinate(start, axis)) / coordinate(direction, axis);
+  const Real other = (limit - coordinate(start, axis)) / coordinate(direction, axis);
   inside = Interval(std::min(one, other), std::max(one, other));
   return limit >= 0;
 }

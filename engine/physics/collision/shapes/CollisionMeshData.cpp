@@ -19,18 +19,21 @@ BoundingAABB MeshData::getBound() const
   return bound;
 }
 
-void CollisionMeshData::update()
+void CollisionMeshData::update(bool connectivity)
 {
   m_normals.clear();
   m_maximumEdgeLengths.clear();
-  m_halfEdges.clear();
   m_totalMaximumEdgeLength = m_volume = 0;
   m_inertia = SPDMatrix3x3(Vec3());
   m_center = Vec3();
-  m_isValid = m_isClosed = false;
-  if (!hasUsableNumbers()) return;
+  m_isValid = false;
+  if (!hasUsableNumbers()) {
+    m_halfEdges.clear();
+    m_isClosed = false;
+    return;
+  }
   calculateTriangles();
-  connectEdges();
+  if (connectivity || m_halfEdges.size() != getIndices().size()) connectEdges();
   calculateMassProperties();
 }
 
@@ -70,6 +73,7 @@ void CollisionMeshData::connectEdges()
     const UInt64 to = same[getIndices()[edge % 3 == 2 ? edge - 2 : edge + 1]];
     return reversed ? to << 32 | from : from << 32 | to;
   };
+  m_halfEdges.clear();
   std::unordered_map<UInt64, UInt32> edges;
   for (std::size_t edge = 0; edge < numEdges; ++edge) {
     const auto [place, isNew] = edges.emplace(key(edge, false), static_cast<UInt32>(edge));

@@ -17,6 +17,32 @@ Real Mesh::getTriangleMaximumEdgeLength(std::size_t triangle) const
 
 Mesh::Triangle Mesh::getTriangle(std::size_t triangle) const { return Triangle(*this, triangle); }
 
+Mesh::FaceEdgeCirculator Mesh::createFaceEdgeCirculator(std::size_t triangle, std::size_t localEdge) const
+{
+  return FaceEdgeCirculator(*this, getGlobalEdgeIndex(triangle, localEdge));
+}
+
+Mesh::VertexEdgeCirculator Mesh::createVertexEdgeCirculator(std::size_t triangle, std::size_t localEdge) const
+{
+  return VertexEdgeCirculator(*this, getGlobalEdgeIndex(triangle, localEdge));
+}
+
+Mesh::VertexEdgeCirculator& Mesh::VertexEdgeCirculator::operator++()
+{
+  const std::size_t across = m_mesh->getHalfEdgePartnerEdge(previous(m_edge));
+  m_hasJumped = across == NO_EDGE;
+  if (!m_hasJumped) {
+    moveTo(across);
+    return *this;
+  }
+  std::size_t edge = m_edge;
+  for (std::size_t back = m_mesh->getHalfEdgePartnerEdge(edge); back != NO_EDGE;
+       back = m_mesh->getHalfEdgePartnerEdge(edge))
+    edge = next(back);
+  moveTo(edge);
+  return *this;
+}
+
 void Mesh::calculateTrianglesInVolume(const BoundingAABB& bound, const kel::AffineMatrix4x4& boundTransform,
                                       const kel::AffineMatrix4x4& meshTransform,
                                       kel::UInt32Vector& triangles) const

@@ -44,9 +44,9 @@ void Trimesh::applyOptions()
   m_data->update();
 }
 
-void Trimesh::updateMeshGeometry(bool warn)
+void Trimesh::updateMeshGeometry(bool connectivity, bool warn)
 {
-  m_data->update();
+  m_data->update(connectivity);
   repair(warn);
   buildTree();
   modified();
