@@ -55,6 +55,22 @@ TEST(Contact, EveryBroadPhaseFindsThePairs)
   EXPECT_FALSE(space.setBroadPhaseAlgorithm(2));
 }
 
+TEST(Contact, SweepGrowsWithItsGeometries)
+{
+  Scene scene;
+  scene.simulation->getSpace()->setBroadPhaseAlgorithm(kelCollide::Space::SWEEP_AND_PRUNE);
+  constexpr int count = 5000;
+  const auto place = [](int i) { return Vec3(3.0 * (i % 17), 3.0 * (i / 17 % 17), 3.0 * (i / 289)); };
+  for (int i = 0; i < count; ++i) {
+    auto* geometry = new kelCollide::Geometry(new Sphere(0.5));
+    geometry->setPosition(place(i));
+    scene.simulation->add(geometry);
+  }
+  for (const int i : {0, count - 1}) scene.addBody(new Sphere(0.5), place(i) + Vec3(0, 0, 0.999), 1);
+  scene.step(1);
+  EXPECT_EQ(scene.simulation->getSpace()->getGeometryContacts().size(), 2u);
+}
+
 TEST(Contact, BoundsFollowInEachStep)
 {
   Scene scene;

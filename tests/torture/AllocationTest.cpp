@@ -73,6 +73,8 @@ std::string failureOf(Memory& memory)
   lua_State* L = lua_newstate(Memory::allocate, &memory);
   lua_atpanic(L, panic);
   luaL_openlibs(L);
+  // LuaJIT's compiler does not survive failing memory: a loop of plain Lua crashes, too.
+  luaL_dostring(L, "if jit then jit.off() end");
   memory.armed = true; // the libraries of Lua itself close the standard files when their memory fails
   std::string failure;
   if (lua_cpcall(L, live, manager)) {

@@ -23,13 +23,21 @@ namespace {
 /// How far a point may have moved in a step to be the same one, for geometries of a metre and more.
 constexpr kel::Real SAME_POINT = 0.02;
 
-std::unique_ptr<btBroadphaseInterface> makeBroadphase(Space::BroadPhaseAlgorithm algorithm)
+/// Room for the first geometries of the sweep, which must be told how many there will be.
+constexpr std::size_t FIRST_ROOM = 4096;
+
+std::unique_ptr<btBroadphaseInterface> makeSweep(std::size_t room)
 {
-  if (algorithm == Space::HIERARCHICAL_GRID) return std::make_unique<btDbvtBroadphase>();
   constexpr btScalar reach = 10000; // m; what lies beyond is found, slowly
-  constexpr unsigned maxObjects = 65536;
   return std::make_unique<bt32BitAxisSweep3>(btVector3(-reach, -reach, -reach),
-                                             btVector3(reach, reach, reach), maxObjects);
+                                             btVector3(reach, reach, reach), static_cast<unsigned>(room));
+}
+
+btBroadphaseProxy* createProxy(btBroadphaseInterface& broadphase, const BoundingAABB& bound,
+                               Geometry& geometry)
+{
+  return broadphase.createProxy(toBullet(bound.min()), toBullet(bound.max()), 0, &geometry,
+                                btBroadphaseProxy::DefaultFilter, btBroadphaseProxy::AllFilter, nullptr);
 }
 
 Geometry& geometryOf(const btBroadphaseProxy& proxy) { return *static_cast<Geometry*>(proxy.m_clientObject); }
@@ -80,8 +88,13 @@ Vec3 surfaceVelocity(const Geometry& geometry)
 } // namespace
 
 Space::Detector::Detector(BroadPhaseAlgorithm algorithm, kel::Real reach)
-    : m_reach(reach), m_broadphase(makeBroadphase(algorithm))
-{}
+    : m_reach(reach), m_sweepRoom(algorithm == SWEEP_AND_PRUNE ? FIRST_ROOM : 0)
+{
+  if (m_sweepRoom != 0)
+    m_broadphase = makeSweep(m_sweepRoom);
+  else
+    m_broadphase = std::make_unique<btDbvtBroadphase>();
+}
 
 Space::Detector::~Detector()
 {
@@ -91,7 +104,23 @@ Space::Detector::~Detector()
   for (const ContactPoint& row : m_points) ContactPointRows::instance().storage->destroyInstance(row);
 }
 
-void Space::Detector::add(Geometry& geometry) { insert(geometry, m_items[geometry.m_spaceOrder]); }
+void Space::Detector::add(Geometry& geometry)
+{
+  if (m_sweepRoom != 0 && m_items.size() == m_sweepRoom) growSweep();
+  insert(geometry, m_items[geometry.m_spaceOrder]);
+}
+
+void Space::Detector::growSweep()
+{
+  m_sweepRoom *= 2;
+  auto larger = makeSweep(m_sweepRoom);
+  for (auto& [order, item] : m_items) {
+    if (!item.proxy) continue;
+    Geometry& geometry = geometryOf(*item.proxy);
+    item.proxy = createProxy(*larger, grown(geometry, item), geometry);
+  }
+  m_broadphase = std::move(larger);
+}
 
 void Space::Detector::insert(Geometry& geometry, Item& item)
 {
@@ -108,10 +137,7 @@ void Space::Detector::insert(Geometry& geometry, Item& item)
   }
   const BoundingAABB form = shape->calculateLocalBound();
   item.size = std::min(1.0, (form.max() - form.min()).length() / 2);
-  const BoundingAABB bound = grown(geometry, item);
-  item.proxy =
-      m_broadphase->createProxy(toBullet(bound.min()), toBullet(bound.max()), shape->getType(), &geometry,
-                                btBroadphaseProxy::DefaultFilter, btBroadphaseProxy::AllFilter, nullptr);
+  item.proxy = createProxy(*m_broadphase, grown(geometry, item), geometry);
 }
 
 BoundingAABB Space::Detector::grown(Geometry& geometry, const Item& item) const

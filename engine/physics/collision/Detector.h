@@ -56,6 +56,7 @@ private:
     kel::Vec3 impulse;
   };
 
+  void growSweep();
   void insert(Geometry& geometry, Item& item);
   void release(Item& item);
   BoundingAABB grown(Geometry& geometry, const Item& item) const;
@@ -68,6 +69,7 @@ private:
   static void writePoint(kel::Index row, const PatchPoint& point, const Pair& pair, const kel::Vec3& impulse);
 
   const kel::Real m_reach;
+  std::size_t m_sweepRoom; // geometries that the sweep has room for; 0 for the other algorithm
   std::unique_ptr<btBroadphaseInterface> m_broadphase;
   std::map<kel::UInt32, Item> m_items; // by the geometry's order in the space
   std::vector<Pair> m_pairs;           // in order
