@@ -17,6 +17,9 @@ describe("kel.ContactMaterial", function()
     end
     contact:setAdhesion(-1, -2)
     assert.same({ 0, 0 }, { contact:getAdhesion(), contact:getAdhesiveOverlap() })
+    assert.is_true(contact:setMinMaxElasticRestLength(0.1, 0.2))
+    assert.is_false(contact:setMinMaxElasticRestLength(0.3, 0.2) or contact:setMinMaxElasticRestLength(0, 0.2))
+    assert.same({ 0.1, 0.2 }, { contact:getMinElasticRestLength(), contact:getMaxElasticRestLength() })
   end)
 
   it("has two directions of friction and viscosity", function()
@@ -93,6 +96,7 @@ describe("kel.Material", function()
 
   it("is dirty from a change until contacts are computed from it", function()
     local material = kel.Material("wood")
+    assert.is_true(material:isDirty())
     kel.ContactMaterial(material, material)
     assert.is_false(material:isDirty())
     for part, call in pairs({

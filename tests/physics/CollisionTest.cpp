@@ -31,8 +31,6 @@ struct Form
   std::size_t numPoints;
 };
 
-void PrintTo(const Form& form, std::ostream* out) { *out << form.name; }
-
 const Form RESTING[] = {
     {"box", [] { return new Box(0.5, 0.4, 0.3); }, Quat(), 0.3, 4},
     {"turned box", [] { return new Box(0.5, 0.4, 0.3); }, Quat(0.3, Vec3(0, 0, 1)), 0.3, 4},
@@ -61,8 +59,6 @@ struct Ground
   const char* name;
   std::function<Shape*()> make;
 };
-
-void PrintTo(const Ground& ground, std::ostream* out) { *out << ground.name; }
 
 const Ground GROUNDS[] = {
     {"plane", [] { return new Plane; }},

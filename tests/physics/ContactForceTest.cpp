@@ -50,7 +50,8 @@ TEST_P(Bounces, RiseToTheSquareOfTheRestitutionEachTime)
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Restitutions, Bounces, testing::Values(0.5, 0.8, 1.0));
+INSTANTIATE_TEST_SUITE_P(Restitutions, Bounces, testing::Values(0.5, 0.8, 1.0),
+                         [](const auto& test) { return std::to_string(std::lround(100 * test.param)); });
 
 TEST(Bounce, DefaultMaterialRisesToAQuarterAtTheUsualStep)
 {
