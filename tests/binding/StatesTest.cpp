@@ -62,13 +62,6 @@ protected:
 
 } // namespace
 
-TEST_F(States, WorkInTurn)
-{
-  State one(OURS), two(OURS_BACKWARDS);
-  for (int i = 0; i < 5; ++i)
-    for (State* state : {&one, &two, &one}) state->run(WORK);
-}
-
 TEST_F(States, HaveClassesOfTheirOwn)
 {
   State one(OURS), two(OURS);

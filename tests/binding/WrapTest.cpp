@@ -108,14 +108,6 @@ TEST_F(Wrap, StaticFunctionsAndConstructorsDoWithoutTheClassTable)
   EXPECT_NE(failure("V.new({}, 3)").find("argument #1 is 'table'; 'number' expected."), std::string::npos);
 }
 
-TEST_F(Wrap, CallsGiveOneValueAndNewAllResults)
-{
-  run("assert(select('#', B('x')) == 1)");
-  run("local body, name = B:new_local('x') assert(body:getName() == 'x' and name == 'x')");
-  run("local results = {B:new('y')} assert(#results == 2 and results[2] == 'y')"
-      " results[1]:reference() results[1]:unreference()");
-}
-
 TEST_F(Wrap, ObjectsAtOptionalPositionsHaveDefaults)
 {
   run("r = test.Neighbourhood() reach = test.Reach.reach");

@@ -83,15 +83,6 @@ describe("The vectors of values", function()
     assert.not_equal(0.1, through(kel.Real32Vector, 0.1))
   end)
 
-  it("fill with default elements", function()
-    for name, element in pairs {Matrix3x3 = kel.Matrix3x3(), Quat = kel.Quat(), AffineMatrix4x4 = kel.AffineMatrix4x4()} do
-      local v = kel[name.."Vector"]()
-      v:resize(2)
-      assert.equal(tostring(element), tostring(v:at(1)))
-    end
-    assert.same({"", false}, {kel.StringVector(1):at(0), kel.BoolVector(1):at(0)})
-  end)
-
   it("read counts by truncation and wrap", function()
     local v = kel.RealVector(2.9)
     assert.equal(2, v:size())

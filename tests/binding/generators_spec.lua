@@ -55,12 +55,9 @@ for _, name in ipairs {"Timer", "HighAccuracyTimer"} do
     local timer = kel[name](true)
     assert.is_true(timer:isRunning() and not kel[name]():isRunning())
     while timer:getTime() < 0.002 do end
-    assert.equal(0, timer:getNumTicks())
     timer:stop()
-    local time, ticks = timer:getTime(), timer:getNumTicks()
-    assert.is_true(time >= 0.002 and ticks > 0 and not timer:isRunning())
+    assert.is_true(timer:getTime() >= 0.002 and timer:getNumTicks() > 0 and not timer:isRunning())
     timer:start()
-    assert.is_true(timer:getTime() >= time)
     timer:reset()
     assert.same({false, 0, 0}, {timer:isRunning(), timer:getTime(), timer:getNumTicks()})
     assert.equal(name.."(0 s)", tostring(timer))

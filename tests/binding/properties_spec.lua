@@ -14,6 +14,8 @@ describe("kel.PropertyContainer", function()
   it("knows its types, whose number is its size", function()
     for word in pairs(VALUES) do assert.same({n = 2, true, word}, results(properties:hasPropertyType(word))) end
     assert.same({n = 2, false, "Vec4"}, results(properties:hasPropertyType("Vec4")))
+    properties:addPropertyInt("", 1)
+    properties:clear()
     assert.same({n = 1, 9}, results(properties:size()))
   end)
 

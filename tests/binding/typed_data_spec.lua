@@ -1,5 +1,4 @@
 local support = require("tests.binding.support")
-local shell = require("tests.shell")
 local results, fails, refuses = support.results, support.fails, support.refuses
 local OUTSIDE = "index of an element is out of range"
 local function Type(name) return (kelData.getType(name)) end
@@ -68,15 +67,6 @@ describe("texts", function()
     assert.same({"text 1", "text 100"}, {buffer:front(), buffer:back()})
     assert.is_nil(kel.StringValue)
     assert.equal(0, kel.StringArray():size())
-  end)
-end)
-
-describe("an index that is too large", function()
-  it("stops the process", function()
-    local message = "%[include/kelData/Buffer:%d+%] kelVerify failed: `index < m_range.size%(%)', Array index "
-    assert.matches(message.."0 is out of bounds, size is 0\n", shell.kel("-e 'kel.RealArray():at(0)'").err)
-    assert.matches(message.."4294967295 is out of bounds, size is 2\n",
-      shell.kel("-e 'local b = kel.IntBuffer() b:resize(2) pcall(b.at, b, -1)'").err)
   end)
 end)
 

@@ -7,10 +7,7 @@
 namespace {
 
 using kel::ref_ptr;
-using kelData::Attribute;
-using kelData::EntityModel;
-using kelData::EntityPtr;
-using kelData::EntityStorage;
+using namespace kelData;
 
 struct Ball
 {
@@ -100,27 +97,6 @@ TEST(EntityStorage, ManyInstancesLieInOneRange)
   EXPECT_EQ(ball.storage->presize(10, 5000), ball.storage->capacity());
   EXPECT_EQ(ball.storage->getNumBytes(), ball.storage->capacity() * 9);
   ball.storage->verifyConsistency();
-}
-
-TEST(EntityStorage, PointersNoticeThatTheStorageIsGone)
-{
-  EntityPtr pointer;
-  EXPECT_FALSE(pointer.isValid());
-  kelData::EntityRange range;
-  kelData::Array<EntityPtr> instances;
-  {
-    Ball ball;
-    pointer = ball.storage->createInstance();
-    range = ball.storage->createInstances(1);
-    instances = ball.storage->getInstances();
-    EXPECT_TRUE(pointer.isValid());
-  }
-  EXPECT_FALSE(pointer.isValid());
-  EXPECT_EQ(pointer.getStorage(), nullptr);
-  EXPECT_EQ(instances.at(0), pointer);
-  EXPECT_THROW(range.at(0), std::out_of_range);
-  EXPECT_THROW(pointer.copy(), std::logic_error);
-  pointer.destroy();
 }
 
 TEST(EntityStorage, InstancesGoToStoragesWithOtherAttributes)

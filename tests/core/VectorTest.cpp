@@ -1,7 +1,6 @@
 #include "kel/Vector.h"
 #include "Counted.h"
 #include "kel/Matrix3x3.h"
-#include "kel/SetVector.h"
 #include "kel/Uuid.h"
 #include "kelData/EntityPtr.h"
 #include <cstdint>
@@ -177,17 +176,6 @@ TEST(Vector, EraseAndPopDoNotTest)
   Longs other;
   other.erase(0);
   EXPECT_EQ(other.size(), ~std::uint64_t(0));
-}
-
-TEST(VectorDeathTest, BadIndexEndsTheProcess)
-{
-  const char* text =
-      "\\[include/kel/Vector:[0-9]+\\] kelVerify failed: `index < m_size', Array index 4 is out of "
-      "bounds, current size is 3";
-  EXPECT_DEATH(Longs(3).at(4), text);
-  EXPECT_DEATH(kel::Vector<std::string>(3).at(4), text);
-  kel::SetVector<Ref> set;
-  EXPECT_DEATH(set.at(0), "Array index 0 is out of bounds, current size is 0");
 }
 
 // Every operation against the standard's vector, and the invariants after each.

@@ -17,10 +17,8 @@
 namespace {
 
 using namespace kelCollide;
-using kel::Quat;
-using kel::Real;
-using kel::RigidBody;
-using kel::Vec3;
+using kelCollide::Plane;
+using namespace kel;
 
 constexpr Real PI = std::numbers::pi;
 

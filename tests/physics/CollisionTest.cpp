@@ -173,23 +173,6 @@ TEST(Collision, EdgesOfBoxesCrossInOnePoint)
   EXPECT_NEAR(deepest->point().y(), 0.1, 1e-3);
 }
 
-TEST(Collision, RunningIntoConcentricShapesGivesSomeWayOut)
-{
-  const std::function<Shape*()> makers[] = {
-      [] { return new Box(0.5, 0.5, 0.5); },       [] { return new Sphere(0.5); },
-      [] { return new Capsule(0.3, 0.6); },        [] { return new Cylinder(0.5, 1); },
-      [] { return boxHull(Vec3(0.5, 0.5, 0.5)); }, [] { return new Line(Vec3(-1, 0, 0), Vec3(1, 0, 0)); }};
-  for (const auto& first : makers) {
-    for (const auto& second : makers) {
-      Pair pair(first(), second());
-      for (const ContactPoint& point : pair.pointsAt(Vec3())) {
-        EXPECT_TRUE(std::isfinite(point.depth()));
-        EXPECT_NEAR(Vec3(point.normal()).length(), 1, 1e-5);
-      }
-    }
-  }
-}
-
 TEST(Collision, DepthDoesNotDependOnThePlace)
 {
   const Vec3 far(1e5, -2e5, 3e4);

@@ -5,13 +5,7 @@
 
 namespace {
 
-using kel::Constraint;
-using kel::ConstraintRow;
-using kel::ElementaryConstraint;
-using kel::Real;
-using kel::RigidBody;
-using kel::UInt32;
-using kel::Vec3;
+using namespace kel;
 using kelCollide::Box;
 
 /// Holds a point of a body at a place of the world.

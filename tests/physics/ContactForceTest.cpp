@@ -6,15 +6,8 @@
 
 namespace {
 
-using kel::ContactMaterial;
-using kel::Real;
-using kel::ref_ptr;
-using kel::RigidBody;
-using kel::Vec3;
-using kelCollide::Box;
-using kelCollide::ContactPoint;
-using kelCollide::Plane;
-using kelCollide::Sphere;
+using namespace kel;
+using namespace kelCollide;
 
 /// Highest points of a ball's centre after it has been let go at a height above its radius.
 std::vector<Real> peaks(Ground& ground, Real height, std::size_t count)

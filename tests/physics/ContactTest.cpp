@@ -5,14 +5,9 @@
 
 namespace {
 
-using kel::Quat;
-using kel::Real;
-using kel::RigidBody;
-using kel::Vec3;
-using kelCollide::Box;
-using kelCollide::GeometryContact;
+using namespace kel;
+using namespace kelCollide;
 using kelCollide::Plane;
-using kelCollide::Sphere;
 
 Vec3 sumOfForces(const kelCollide::Space& space)
 {

@@ -5,11 +5,7 @@
 
 namespace {
 
-using kel::DynamicsSystem;
-using kel::Real;
-using kel::ref_ptr;
-using kel::RigidBody;
-using kel::Vec3;
+using namespace kel;
 
 constexpr Real G = 9.80665;
 

@@ -8,12 +8,7 @@
 
 namespace {
 
-using kel::ContactMaterial;
-using kel::FrictionModel;
-using kel::Real;
-using kel::ref_ptr;
-using kel::RigidBody;
-using kel::Vec3;
+using namespace kel;
 using kelCollide::Box;
 using kelCollide::Plane;
 using kelCollide::Sphere;

@@ -5,11 +5,7 @@
 
 namespace {
 
-using kel::ContactMaterial;
-using kel::FrictionModel;
-using kel::Material;
-using kel::Real;
-using kel::ref_ptr;
+using namespace kel;
 using kelSDK::MaterialManager;
 
 TEST(ContactMaterial, CombinesItsMaterials)

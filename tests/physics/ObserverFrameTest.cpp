@@ -6,13 +6,7 @@
 
 namespace {
 
-using kel::AffineMatrix4x4;
-using kel::ObserverFrame;
-using kel::Quat;
-using kel::Real;
-using kel::ref_ptr;
-using kel::RigidBody;
-using kel::Vec3;
+using namespace kel;
 
 void expectNear(const Vec3& a, const Vec3& b, Real tolerance = 1e-12)
 {

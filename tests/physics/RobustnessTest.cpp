@@ -9,11 +9,7 @@
 
 namespace {
 
-using kel::Constraint;
-using kel::Real;
-using kel::RigidBody;
-using kel::UInt32;
-using kel::Vec3;
+using namespace kel;
 using kelCollide::Box;
 
 /// A hanging chain whose links have masses in turn, light and heavy.
