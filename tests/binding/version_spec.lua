@@ -4,7 +4,8 @@ describe("version functions", function()
     assert.same({kelGetGenerationVersion(), kelGetMajorVersion(), kelGetMinorVersion(), kelGetPatchVersion()}, parts)
     assert.same({2, 18, 0, 0}, parts)
     assert.equal(KEL_GET_VERSION(), KEL_CALC_VERSION(258, 18, 256, 0)) -- parts are cut to 8 bits
-    assert.is_true(KEL_CALC_VERSION(255, 255, 255, 255) > 0)
+    assert.same({1, 200, 3, 4}, {KEL_CONVERT_VERSION(KEL_CALC_VERSION(1, 200, 3, 4), 0, 0, 0, 0)})
+    assert.is_true(KEL_CALC_VERSION(255, 255, 255, 255) > KEL_CALC_VERSION(2, 18, 0, 0))
     assert.error_matches(function() KEL_CONVERT_VERSION(1, 0, 0, 0, "x") end,
       "error in function 'KEL_CONVERT_VERSION'%.")
   end)

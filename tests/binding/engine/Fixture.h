@@ -275,6 +275,5 @@ inline kel::ref_ptr<kel::Referenced>& kept()
 }
 inline void keep(kel::Referenced* object) { kept() = object; }
 inline Body* keptBody() { return dynamic_cast<Body*>(kept().get()); }
-inline Listener* keptListener() { return dynamic_cast<Listener*>(kept().get()); }
 
 } // namespace test
