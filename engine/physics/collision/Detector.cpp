@@ -135,9 +135,11 @@ void Space::Detector::insert(Geometry& geometry, Item& item)
   geometry.updateBoundingVolume();
   if (!shape) return;
   if (!hasForm(*shape) || !hasPlace(*shape)) {
-    if (!shape->isGroup() || hasForm(*shape)) warnOfLoss(geometry);
+    if (!item.isLost && (!shape->isGroup() || hasForm(*shape))) warnOfLoss(geometry);
+    item.isLost = true;
     return;
   }
+  item.isLost = false;
   const BoundingAABB form = shape->calculateLocalBound();
   item.size = std::min(1.0, (form.max() - form.min()).length() / 2);
   item.bound = *geometry.getBoundingVolume();

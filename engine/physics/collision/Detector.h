@@ -31,6 +31,7 @@ private:
   {
     Geometry* geometry = nullptr;
     btBroadphaseProxy* proxy = nullptr; // null for what cannot collide; knows the item
+    bool isLost = false;                // no place or form, of which the log tells once
     BoundingAABB bound;                 // of the geometry, when it was last refreshed
     kel::Real size = 0; // radius of the form, m, at most 1: what is small comes near when it is nearer
     kel::UInt32 shapeChanges = 0;
