@@ -5,7 +5,7 @@ function(kel_cpp_tests layer)
   add_executable(${layer}_tests ${sources})
   kel_warnings(${layer}_tests)
   target_link_libraries(${layer}_tests PRIVATE ${ARG_LINK} GTest::gtest_main)
-  gtest_discover_tests(${layer}_tests TEST_PREFIX ${layer}. PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT 600)
+  gtest_discover_tests(${layer}_tests TEST_PREFIX ${layer}. NO_PRETTY_VALUES PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT 600)
 endfunction()
 
 # kel_lua_tests(<layer>): every *_spec.lua beside it, run by busted inside each host.

@@ -101,24 +101,6 @@ protected:
 
 } // namespace
 
-TEST_F(Handles, DeathClearsTheObjectAndItsParts)
-{
-  auto* whole = new Whole;
-  whole->reference();
-  handles::pushCounted(L, whole, whole, kelLua::wrap::type("test::Whole"));
-  handles::pushMember(L, &whole->part, kelLua::wrap::type("test::Part"), false);
-  name("part");
-  handles::pushCounted(L, whole, whole, kelLua::wrap::type("test::Whole"));
-  EXPECT_TRUE(lua_rawequal(L, -1, -2)) << "one object, one handle";
-  name("again");
-  name("whole");
-  EXPECT_EQ(object("part"), &whole->part);
-  whole->unreference();
-  EXPECT_EQ(object("whole"), nullptr);
-  EXPECT_EQ(object("part"), nullptr);
-  EXPECT_EQ(lua_gettop(L), 0);
-}
-
 TEST_F(Handles, NewObjectAtAnOldAddressGetsItsOwnHandle)
 {
   // The same memory twice, whatever the allocator does.
@@ -150,38 +132,6 @@ TEST_F(Handles, DeathOnAnotherThreadIsSeenAtTheNextPush)
   Part other;
   handles::push(L, &other, kelLua::wrap::type("test::Part"));
   EXPECT_EQ(object("whole"), nullptr);
-}
-
-TEST_F(Handles, PartKeepsItsOwnersHandle)
-{
-  auto* whole = new Whole;
-  whole->reference();
-  handles::pushCounted(L, whole, whole, kelLua::wrap::type("test::Whole"));
-  handles::pushMember(L, &whole->part, kelLua::wrap::type("test::Part"), false);
-  name("part");
-  EXPECT_EQ(run("weak = setmetatable({...}, {__mode = 'v'})"), "");
-  lua_getglobal(L, "weak");
-  lua_pushvalue(L, 1);
-  lua_rawseti(L, -2, 1);
-  lua_settop(L, 0);
-  collect();
-  EXPECT_EQ(run("assert(weak[1])"), "");
-  EXPECT_EQ(run("part = nil"), "");
-  collect();
-  EXPECT_EQ(run("assert(not weak[1])"), "");
-  whole->unreference();
-}
-
-TEST_F(Handles, AdapterThatOnlyAScriptKnowsIsCollectedWithItsFunctions)
-{
-  makeAdapter("l");
-  EXPECT_EQ(run("function l:post() self.count = (l and 1 or 2) end  local own = l  function l:pre() return "
-                "own end"),
-            "");
-  EXPECT_EQ(Adapter::alive(), 1);
-  EXPECT_EQ(run("l = nil"), "");
-  collect();
-  EXPECT_EQ(Adapter::alive(), 0);
 }
 
 TEST_F(Handles, AdapterThatTheEngineHoldsKeepsItsFunctions)

@@ -62,13 +62,6 @@ protected:
 
 } // namespace
 
-TEST_F(States, WorkInTurn)
-{
-  State one(OURS), two(OURS_BACKWARDS);
-  for (int i = 0; i < 5; ++i)
-    for (State* state : {&one, &two, &one}) state->run(WORK);
-}
-
 TEST_F(States, HaveClassesOfTheirOwn)
 {
   State one(OURS), two(OURS);
@@ -189,8 +182,8 @@ private:
 
 } // namespace
 
-INSTANTIATE_TEST_SUITE_P(GuestLast, Guests, testing::Values("fvg"));
-INSTANTIATE_TEST_SUITE_P(GuestBefore, Guests, testing::Values("gfv", "vgf"));
+INSTANTIATE_TEST_SUITE_P(Orders, Guests, testing::Values("fvg", "gfv", "vgf"),
+                         [](const auto& test) { return std::string(test.param); });
 
 TEST_P(Guests, TakeOurValuesAndGiveThem)
 {

@@ -7,27 +7,19 @@ describe("kel.ContactMaterial", function()
 
   it("clamps friction, restitution and adhesion, and nothing else", function()
     local contact = make()
-    contact:setFrictionCoefficient(-1)
-    assert.equal(0, contact:getFrictionCoefficient(0))
-    assert.equal(0, contact:getFrictionCoefficient(1))
-    contact:setRestitution(-0.1)
-    assert.equal(0, contact:getRestitution())
-    contact:setDamping(-0.1)
-    assert.equal(-0.1, contact:getDamping())
-    contact:setAdhesion(-1, -2)
-    assert.equal(0, contact:getAdhesion())
-    assert.equal(0, contact:getAdhesiveOverlap())
-    for _, name in ipairs({ "WireFrictionCoefficient", "KinematicContactNodeVelocityScale" }) do
-      contact["set" .. name](contact, -3)
-      assert.equal(0, contact["get" .. name](contact))
-    end
-    for _, name in ipairs({
-      "YoungsModulus", "ImpactCompliance", "RollingResistanceCoefficient", "TwistingResistanceCoefficient",
-      "RollingResistanceCompliance", "TwistingResistanceCompliance",
+    for name, kept in pairs({
+      Restitution = 0, WireFrictionCoefficient = 0, KinematicContactNodeVelocityScale = 0, Damping = -3,
+      YoungsModulus = -3, ImpactCompliance = -3, RollingResistanceCoefficient = -3, TwistingResistanceCoefficient = -3,
+      RollingResistanceCompliance = -3, TwistingResistanceCompliance = -3,
     }) do
       contact["set" .. name](contact, -3)
-      assert.equal(-3, contact["get" .. name](contact))
+      assert.equal(kept, contact["get" .. name](contact), name)
     end
+    contact:setAdhesion(-1, -2)
+    assert.same({ 0, 0 }, { contact:getAdhesion(), contact:getAdhesiveOverlap() })
+    assert.is_true(contact:setMinMaxElasticRestLength(0.1, 0.2))
+    assert.is_false(contact:setMinMaxElasticRestLength(0.3, 0.2) or contact:setMinMaxElasticRestLength(0, 0.2))
+    assert.same({ 0.1, 0.2 }, { contact:getMinElasticRestLength(), contact:getMaxElasticRestLength() })
   end)
 
   it("has two directions of friction and viscosity", function()
@@ -36,15 +28,13 @@ describe("kel.ContactMaterial", function()
       local set, get = contact["set" .. name], contact["get" .. name]
       set(contact, 0.7)
       set(contact, 0.5, 0)
-      assert.equal(0.5, get(contact))
-      assert.equal(0.7, get(contact, 1))
-      assert.equal(0.7, get(contact, 5))
+      assert.same({ 0.5, 0.7, 0.7 }, { get(contact), get(contact, 1), get(contact, 5) })
       set(contact, 0.3, 7)
-      assert.equal(0.3, get(contact, 0))
-      assert.equal(0.3, get(contact, 1))
+      assert.same({ 0.3, 0.3 }, { get(contact, 0), get(contact, 1) })
       assert.error_matches(function() set(contact, 1, -1) end, "direction of friction")
-      assert.equal(0.3, get(contact, 0))
     end
+    contact:setFrictionCoefficient(-1)
+    assert.same({ 0, 0 }, { contact:getFrictionCoefficient(0), contact:getFrictionCoefficient(1) })
     assert.equal(2, kel.ContactMaterial.BOTH_PRIMARY_AND_SECONDARY)
   end)
 
@@ -106,19 +96,15 @@ describe("kel.Material", function()
 
   it("is dirty from a change until contacts are computed from it", function()
     local material = kel.Material("wood")
+    assert.is_true(material:isDirty())
     kel.ContactMaterial(material, material)
     assert.is_false(material:isDirty())
-    for _, part in ipairs({ "Surface", "Bulk", "Wire" }) do
+    for part, call in pairs({
+      Surface = { "setAdhesion", 1, 2 }, Bulk = { "setPoissonsRatio", 0.1 }, Wire = { "setYoungsModulusBend", 1 },
+    }) do
       local object = material["get" .. part .. "Material"](material)
-      if part == "Bulk" then
-        object:setPoissonsRatio(0.1)
-      elseif part == "Surface" then
-        object:setAdhesion(1, 2)
-      else
-        object:setYoungsModulusBend(1)
-      end
-      assert.is_true(object:isDirty())
-      assert.is_true(material:isDirty())
+      object[call[1]](object, unpack(call, 2))
+      assert.is_true(object:isDirty() and material:isDirty())
       kel.ContactMaterial(material, material)
       assert.is_false(object:isDirty())
     end

@@ -14,16 +14,6 @@ local function corners() return vectorOf(kel.Vec3Vector, CORNERS) end
 local function triangles() return vectorOf(kel.UInt32Vector, TRIANGLES) end
 
 describe("Shapes of triangles", function()
-  it("have the mass properties of the solid", function()
-    for _, mesh in ipairs {kelCollide.Trimesh(corners(), triangles(), "cube"),
-                           kelCollide.Convex(corners(), kel.UInt32Vector(), "cube")} do
-      assert.is_true(mesh:isValidAndClosed())
-      assert.near(1, mesh:getVolume(), 1e-12)
-      assert.near(2 / 6, mesh:calculateInertia(2):at(0, 0), 1e-12)
-      assert.near(2 * mesh:calculateInertia(1):at(1, 1), mesh:calculateInertia(2):at(1, 1), 1e-15)
-    end
-  end)
-
   it("give their parts, and errors for parts that they have not", function()
     local mesh, name = kelCollide.Trimesh:new(corners(), triangles(), "cube")
     assert.same({"cube", "cube", ""}, {name, mesh:getSourceName(), mesh:getWarnings()})
@@ -44,18 +34,6 @@ describe("Shapes of triangles", function()
     local found = kel.UInt32Vector()
     mesh:calculatePossibleTriangleOverlapsAlongLineSegment(kel.Vec3(0.1, 0.2, 2), kel.Vec3(0.1, 0.2, 0), found)
     assert.equal(2, found:size())
-  end)
-
-  it("share their data with shallow copies alone", function()
-    local mesh = kelCollide.Trimesh(corners(), triangles(), "cube")
-    assert.equal(mesh:getMeshData(), mesh:shallowCopy():getMeshData())
-    assert.not_equal(mesh:getMeshData(), mesh:deepCopy():getMeshData())
-  end)
-
-  it("say why they cannot be built", function()
-    local mesh = kelCollide.Trimesh(corners(), vectorOf(kel.UInt32Vector, {0, 1, 99}), "bad", kelCollide.Trimesh.NO_WARNINGS)
-    assert.is_false(mesh:isValid())
-    assert.matches("indices", mesh:getWarnings())
   end)
 
   it("carry what falls on a height field", function()

@@ -55,6 +55,7 @@ TEST(Interval, IsNotReorderedAndMayBeEmpty)
   EXPECT_FALSE(empty.hasOverlapWith(Interval()) || Interval().hasOverlapWith(empty));
   EXPECT_EQ(Interval().getLength(), INF);
   EXPECT_TRUE(Interval(1, 1).hasElements());
+  EXPECT_FALSE(Interval().containsValue(NaN));
   EXPECT_FALSE(Interval(NaN, 1).isEmpty() || Interval(NaN, 1).hasElements());
 }
 

@@ -62,7 +62,7 @@ TEST(Clock, ModulationScalesTicksOnly)
   EXPECT_EQ(clock->getTime(), 1.05);
   EXPECT_EQ(clock->getFrame(), 3U);
   const Real inf = std::numeric_limits<Real>::infinity(), nan = std::numeric_limits<Real>::quiet_NaN();
-  for (const Real bad : {-1.0, inf, nan}) {
+  for (const Real bad : {-1.0, 0.0, inf, nan}) {
     clock->setTimeModulation(bad);
     clock->setFrequency(bad);
     EXPECT_EQ(clock->getTimeModulation(), 0);

@@ -7,7 +7,7 @@ struct Counted : kel::Referenced
 {
   inline static int s_alive = 0;
   Counted() { ++s_alive; }
-  Counted(const Counted&) = delete;
+  Counted(const Counted& other) : Referenced(other) { ++s_alive; }
   Counted& operator=(const Counted&) = delete;
 
 protected:

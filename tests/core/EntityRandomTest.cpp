@@ -7,10 +7,7 @@
 namespace {
 
 using kel::ref_ptr;
-using kelData::Attribute;
-using kelData::EntityModel;
-using kelData::EntityPtr;
-using kelData::EntityStorage;
+using namespace kelData;
 
 /// A storage, and a map from id to value that must always say the same.
 class Checked

@@ -1,18 +1,13 @@
 #include "kelData/EntityStorage.h"
-#include <array>
 #include <cstdint>
 #include <gtest/gtest.h>
-#include <set>
 #include <stdexcept>
 #include <thread>
 
 namespace {
 
 using kel::ref_ptr;
-using kelData::Attribute;
-using kelData::EntityModel;
-using kelData::EntityPtr;
-using kelData::EntityStorage;
+using namespace kelData;
 
 struct Ball
 {
@@ -66,35 +61,6 @@ TEST(EntityStorage, HolesOfHeldRowsAreReusedWithDefaultsAndNewIds)
   ball.storage->verifyConsistency();
 }
 
-TEST(EntityStorage, IdsStayWhenRowsMove)
-{
-  Ball ball;
-  std::array<EntityPtr, 3> balls;
-  for (std::size_t i = 0; i < balls.size(); ++i) {
-    balls[i] = ball.storage->createInstance();
-    ball.massOf(balls[i]) = 10.0 + double(i);
-  }
-  balls[0].destroy();
-  EXPECT_EQ(ball.storage->getNumRows(), 2u);
-  EXPECT_EQ(balls[2].calculateIndex(), 0u);
-  EXPECT_EQ(ball.massOf(balls[2]), 12);
-  EXPECT_EQ(ball.massOf(balls[1]), 11);
-  EXPECT_FALSE(balls[0].isValid());
-  EXPECT_NE(ball.storage->createInstance().getId(), balls[0].getId());
-  ball.storage->verifyConsistency();
-}
-
-TEST(EntityStorage, AnIdNeverComesTwice)
-{
-  Ball ball;
-  std::set<kel::UInt32> ids;
-  for (int i = 0; i < 2000; ++i) {
-    EntityPtr one = ball.storage->createInstance();
-    EXPECT_TRUE(ids.insert(one.getId()).second) << one.getId();
-    one.destroy();
-  }
-}
-
 TEST(EntityStorage, WithoutTableTheIdIsTheRow)
 {
   Ball ball;
@@ -131,27 +97,6 @@ TEST(EntityStorage, ManyInstancesLieInOneRange)
   EXPECT_EQ(ball.storage->presize(10, 5000), ball.storage->capacity());
   EXPECT_EQ(ball.storage->getNumBytes(), ball.storage->capacity() * 9);
   ball.storage->verifyConsistency();
-}
-
-TEST(EntityStorage, PointersNoticeThatTheStorageIsGone)
-{
-  EntityPtr pointer;
-  EXPECT_FALSE(pointer.isValid());
-  kelData::EntityRange range;
-  kelData::Array<EntityPtr> instances;
-  {
-    Ball ball;
-    pointer = ball.storage->createInstance();
-    range = ball.storage->createInstances(1);
-    instances = ball.storage->getInstances();
-    EXPECT_TRUE(pointer.isValid());
-  }
-  EXPECT_FALSE(pointer.isValid());
-  EXPECT_EQ(pointer.getStorage(), nullptr);
-  EXPECT_EQ(instances.at(0), pointer);
-  EXPECT_THROW(range.at(0), std::out_of_range);
-  EXPECT_THROW(pointer.copy(), std::logic_error);
-  pointer.destroy();
 }
 
 TEST(EntityStorage, InstancesGoToStoragesWithOtherAttributes)

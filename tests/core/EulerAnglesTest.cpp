@@ -165,16 +165,4 @@ TEST(EulerAngles, KeepTheirConventionUnlessGivenOne)
   EXPECT_LT(difference(Quat(angles), q), 1e-14);
 }
 
-TEST(EulerAngles, RandomOnesLieBetweenTheirBounds)
-{
-  const Vec3 min(0.1, 0.2, 0.3), max(0.2, 0.3, 0.4);
-  for (int i = 0; i < SAMPLES; ++i) {
-    const EulerAngles angles = EulerAngles::random(min, max, EulerConvention::YXZr);
-    for (std::size_t axis = 0; axis < 3; ++axis)
-      EXPECT_TRUE(min[axis] <= angles[axis] && angles[axis] <= max[axis]);
-    EXPECT_EQ(angles.getOrder().getConvention(), EulerConvention::YXZr);
-    EXPECT_LE(std::abs(EulerAngles::random().x()), PI);
-  }
-}
-
 } // namespace

@@ -123,7 +123,8 @@ protected:
   std::mt19937 m_random{GetParam()};
   std::size_t numKeys() const { return GetParam() < 50 ? 80 : 1500; }
 };
-INSTANTIATE_TEST_SUITE_P(Spreads, HashModel, testing::Values(3U, 40U, 400U, ~0U));
+INSTANTIATE_TEST_SUITE_P(Spreads, HashModel, testing::Values(3U, 40U, 400U, ~0U),
+                         testing::PrintToStringParamName());
 
 TEST_P(HashModel, TableMatchesTheStandardMap)
 {
@@ -185,7 +186,8 @@ TEST_P(HashModel, SetVectorMatchesStandardOnes)
 // Eleven places are all that one hash has.
 class HashSetModel : public HashModel
 {};
-INSTANTIATE_TEST_SUITE_P(Spreads, HashSetModel, testing::Values(400U, ~0U));
+INSTANTIATE_TEST_SUITE_P(Spreads, HashSetModel, testing::Values(400U, ~0U),
+                         testing::PrintToStringParamName());
 
 TEST_P(HashSetModel, MatchesTheStandardSet)
 {

@@ -37,35 +37,6 @@ template <class Call> std::pair<std::string, std::string> failure(Call call)
               std::string("warning: [include/kel/Property:LINE (") + signature + ")] " + text + "\n");       \
   } while (false)
 
-TEST_F(Property, TypesAreFixed)
-{
-  for (const char* word : {"Int", "Float", "Double", "Real", "Bool", "String", "Long", "Vec2", "Vec3"})
-    EXPECT_TRUE(properties->hasPropertyType(word)) << word;
-  for (const char* word : {"Vec4", "int", "", "Integer"}) EXPECT_FALSE(properties->hasPropertyType(word));
-  properties->addPropertyInt("a", 1);
-  EXPECT_EQ(properties->size(), 9u);
-  properties->clear();
-  EXPECT_TRUE(properties->hasPropertyType("Real"));
-}
-
-TEST_F(Property, EachTypeHasNamesOfItsOwn)
-{
-  properties->addPropertyInt("a", 1);
-  properties->addPropertyReal("a", 2);
-  EXPECT_EQ(properties->getPropertyInt("a"), 1);
-  EXPECT_EQ(properties->getPropertyReal("a"), 2);
-  EXPECT_FALSE(properties->hasPropertyDouble("a"));
-  EXPECT_FALSE(properties->hasPropertyBool("a"));
-  EXPECT_EQ(properties->addPropertyInt("a", 3), 3);
-  EXPECT_EQ(properties->setPropertyInt("a", 4), 4);
-  int copy = 0;
-  EXPECT_TRUE(properties->getPropertyInt("a", copy));
-  EXPECT_FALSE(properties->getPropertyInt("b", copy));
-  EXPECT_EQ(copy, 4);
-  properties->addPropertyString("", "empty");
-  EXPECT_EQ(properties->getPropertyString(""), "empty");
-}
-
 TEST_F(Property, ValuesStayWhereTheyAre)
 {
   kel::Vec3& first = properties->addPropertyVec3("first", kel::Vec3(1, 2, 3));

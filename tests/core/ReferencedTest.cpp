@@ -1,22 +1,9 @@
+#include "Counted.h"
 #include "kel/Component.h"
-#include "kel/observer_ptr.h"
-#include "kel/ref_ptr.h"
 #include <gtest/gtest.h>
 #include <vector>
 
 namespace {
-
-int s_alive = 0;
-
-class Counted : public kel::Referenced
-{
-public:
-  Counted() { ++s_alive; }
-  Counted(const Counted& other) : Referenced(other) { ++s_alive; }
-
-protected:
-  ~Counted() override { --s_alive; }
-};
 
 struct Collecting : kel::DeleteHandler
 {
@@ -31,23 +18,23 @@ TEST(Referenced, LastReleaseDestroys)
   auto* object = new Counted;
   EXPECT_EQ(object->getReferenceCount(), 0U);
   {
-    const kel::ref_ptr<Counted> one(object);
-    kel::ref_ptr<Counted> two = one;
+    const Ref one(object);
+    Ref two = one;
     two = one; // the same object: no change
     EXPECT_EQ(object->getReferenceCount(), 2U);
     const kel::ref_ptr<kel::Referenced> base(two);
-    kel::ref_ptr<Counted> moved = std::move(two);
+    Ref moved = std::move(two);
     EXPECT_EQ(object->getReferenceCount(), 3U);
     moved = nullptr;
-    EXPECT_EQ(s_alive, 1);
+    EXPECT_EQ(Counted::s_alive, 1);
   }
-  EXPECT_EQ(s_alive, 0);
+  EXPECT_EQ(Counted::s_alive, 0);
 }
 
 TEST(Referenced, CopyHasItsOwnCount)
 {
-  const kel::ref_ptr<Counted> original(new Counted);
-  const kel::ref_ptr<Counted> copy(new Counted(*original));
+  const Ref original(new Counted);
+  const Ref copy(new Counted(*original));
   EXPECT_EQ(copy->getReferenceCount(), 1U);
 }
 
@@ -58,12 +45,12 @@ TEST(Referenced, HandlerTakesTheObjectOver)
   auto* object = new Counted;
   object->reference();
   object->unreference();
-  EXPECT_EQ(s_alive, 1);
+  EXPECT_EQ(Counted::s_alive, 1);
   ASSERT_EQ(handler.requests, std::vector<const kel::Referenced*>{object});
   kel::Referenced::setDeleteHandler(nullptr);
   object->reference();
   object->unreference();
-  EXPECT_EQ(s_alive, 0);
+  EXPECT_EQ(Counted::s_alive, 0);
 }
 
 TEST(Component, HoldsByReferenceAndRefusesCycles)

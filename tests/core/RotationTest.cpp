@@ -288,6 +288,8 @@ TEST(SPDMatrix3x3, ValidityNeedsPositiveMinors)
   EXPECT_FALSE(SPDMatrix3x3(Vec3(1, 1, 0)).isValid()) << "semidefinite";
   EXPECT_FALSE(SPDMatrix3x3(Vec3(1, 1, std::nan(""))).isValid());
   EXPECT_TRUE(SPDMatrix3x3().isIdentity());
+  EXPECT_FALSE(std::isfinite(SPDMatrix3x3(Vec3(1, 1, 0)).inverse().at(2, 2)));
+  EXPECT_NEAR((SPDMatrix3x3(Vec3(1e-150)).inverse() * Vec3(1e-150)).x(), 1, TOLERANCE);
 }
 
 } // namespace

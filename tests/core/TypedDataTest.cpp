@@ -12,16 +12,6 @@ namespace {
 using kel::ref_ptr;
 using namespace kelData;
 
-template <class Call> std::string failure(Call call)
-{
-  try {
-    call();
-  } catch (const std::exception& error) {
-    return error.what();
-  }
-  return "nothing thrown";
-}
-
 template <class T> std::string ascii(const T& element)
 {
   std::string text;

@@ -6,15 +6,8 @@
 
 namespace {
 
-using kel::ContactMaterial;
-using kel::Real;
-using kel::ref_ptr;
-using kel::RigidBody;
-using kel::Vec3;
-using kelCollide::Box;
-using kelCollide::ContactPoint;
-using kelCollide::Plane;
-using kelCollide::Sphere;
+using namespace kel;
+using namespace kelCollide;
 
 /// Highest points of a ball's centre after it has been let go at a height above its radius.
 std::vector<Real> peaks(Ground& ground, Real height, std::size_t count)
@@ -50,7 +43,8 @@ TEST_P(Bounces, RiseToTheSquareOfTheRestitutionEachTime)
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Restitutions, Bounces, testing::Values(0.5, 0.8, 1.0));
+INSTANTIATE_TEST_SUITE_P(Restitutions, Bounces, testing::Values(0.5, 0.8, 1.0),
+                         [](const auto& test) { return std::to_string(std::lround(100 * test.param)); });
 
 TEST(Bounce, DefaultMaterialRisesToAQuarterAtTheUsualStep)
 {

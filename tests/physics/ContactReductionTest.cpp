@@ -7,16 +7,8 @@
 
 namespace {
 
-using kel::AffineMatrix4x4;
-using kel::ContactMaterial;
-using kel::Real;
-using kel::RigidBody;
-using kel::Vec3;
-using kelCollide::Box;
-using kelCollide::ContactPoint;
-using kelCollide::ContactReducer;
-using kelCollide::Geometry;
-using kelCollide::GeometryContact;
+using namespace kel;
+using namespace kelCollide;
 
 /// A table of 5 by 5 legs on the ground, in one geometry or in one each.
 struct Table : Ground

@@ -5,11 +5,7 @@
 
 namespace {
 
-using kel::DynamicsSystem;
-using kel::Real;
-using kel::ref_ptr;
-using kel::RigidBody;
-using kel::Vec3;
+using namespace kel;
 
 constexpr Real G = 9.80665;
 
@@ -108,6 +104,7 @@ TEST_P(FreeMotion, KinematicBodiesArriveWhereTheyAreSent)
   EXPECT_TRUE(kel::equivalent(body->getTransform(), kel::AffineMatrix4x4(turn, Vec3(4, 5, 6))));
 }
 
-INSTANTIATE_TEST_SUITE_P(TimeSteps, FreeMotion, testing::Values(1.0 / 60, 1.0 / 600));
+INSTANTIATE_TEST_SUITE_P(TimeSteps, FreeMotion, testing::Values(1.0 / 60, 1.0 / 600),
+                         [](const auto& test) { return std::to_string(std::lround(1 / test.param)) + "Hz"; });
 
 } // namespace

@@ -20,8 +20,6 @@ struct Volume
   std::function<bool(const Vec3&)> contains;
 };
 
-void PrintTo(const Volume& volume, std::ostream* out) { *out << volume.name; }
-
 #define VOLUME(Name, inside, ...)                                                                            \
   Volume                                                                                                     \
   {                                                                                                          \

@@ -2,60 +2,11 @@
 #include "kel/BoxFrictionModel.h"
 #include "kel/IterativeProjectedConeFriction.h"
 #include <gtest/gtest.h>
-#include <stdexcept>
 
 namespace {
 
-using kel::ContactMaterial;
-using kel::FrictionModel;
-using kel::Material;
-using kel::Real;
-using kel::ref_ptr;
+using namespace kel;
 using kelSDK::MaterialManager;
-
-ref_ptr<ContactMaterial> makeContactMaterial()
-{
-  const ref_ptr<Material> material = new Material("wood");
-  return new ContactMaterial(*material, *material);
-}
-
-TEST(ContactMaterial, ClampsWhatMayNotBeNegative)
-{
-  const ref_ptr<ContactMaterial> material = makeContactMaterial();
-  material->setFrictionCoefficient(-1);
-  EXPECT_EQ(material->getFrictionCoefficient(0), 0);
-  EXPECT_EQ(material->getFrictionCoefficient(1), 0);
-  material->setRestitution(-0.1);
-  EXPECT_EQ(material->getRestitution(), 0);
-  material->setAdhesion(-1, -2);
-  EXPECT_EQ(material->getAdhesion(), 0);
-  EXPECT_EQ(material->getAdhesiveOverlap(), 0);
-  material->setDamping(-0.1);
-  EXPECT_EQ(material->getDamping(), -0.1);
-  material->setYoungsModulus(-3);
-  EXPECT_EQ(material->getYoungsModulus(), -3);
-  EXPECT_TRUE(material->setMinMaxElasticRestLength(0.1, 0.2));
-  EXPECT_FALSE(material->setMinMaxElasticRestLength(0.3, 0.2));
-  EXPECT_FALSE(material->setMinMaxElasticRestLength(0, 0.2));
-  EXPECT_EQ(material->getMinElasticRestLength(), 0.1);
-}
-
-TEST(ContactMaterial, HasTwoDirections)
-{
-  const ref_ptr<ContactMaterial> material = makeContactMaterial();
-  material->setFrictionCoefficient(0.7);
-  material->setFrictionCoefficient(0.2, 0);
-  EXPECT_EQ(material->getFrictionCoefficient(0), 0.2);
-  EXPECT_EQ(material->getFrictionCoefficient(1), 0.7);
-  EXPECT_EQ(material->getFrictionCoefficient(5), 0.7);
-  material->setFrictionCoefficient(0.5, 7);
-  EXPECT_EQ(material->getFrictionCoefficient(0), 0.5);
-  EXPECT_EQ(material->getFrictionCoefficient(1), 0.5);
-  material->setSurfaceViscosity(0.1, 1);
-  EXPECT_EQ(material->getSurfaceViscosity(1), 0.1);
-  EXPECT_LT(material->getSurfaceViscosity(0), 1e-9);
-  EXPECT_THROW(material->setFrictionCoefficient(1, -1), std::out_of_range);
-}
 
 TEST(ContactMaterial, CombinesItsMaterials)
 {
@@ -83,20 +34,6 @@ TEST(ContactMaterial, CombinesItsMaterials)
   EXPECT_TRUE(soft->getSurfaceMaterial()->getFrictionEnabled());
   both = new ContactMaterial(*copy, *hard);
   EXPECT_FALSE(both->getSurfaceFrictionEnabled());
-}
-
-TEST(Material, IsDirtyUntilContactsAreComputed)
-{
-  const ref_ptr<Material> material = new Material("wood");
-  EXPECT_TRUE(material->isDirty());
-  const ref_ptr<ContactMaterial> contactMaterial = new ContactMaterial(*material, *material, true);
-  EXPECT_FALSE(material->isDirty());
-  material->getWireMaterial()->setDampingBend(1);
-  EXPECT_TRUE(material->isDirty());
-  EXPECT_TRUE(material->getWireMaterial()->isDirty());
-  EXPECT_FALSE(material->getBulkMaterial()->isDirty());
-  contactMaterial->update();
-  EXPECT_FALSE(material->isDirty());
 }
 
 TEST(MaterialManager, PrefersWhatWasAdded)

@@ -9,12 +9,7 @@
 
 namespace {
 
-using kel::Hinge;
-using kel::HingeFrame;
-using kel::Quat;
-using kel::Real;
-using kel::RigidBody;
-using kel::Vec3;
+using namespace kel;
 using kelCollide::Box;
 
 const Vec3 OUT(0, -1, 0); // mechanisms lie in the plane of x and z

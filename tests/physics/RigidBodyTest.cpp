@@ -7,14 +7,7 @@
 
 namespace {
 
-using kel::AffineMatrix4x4;
-using kel::MassProperties;
-using kel::Quat;
-using kel::Real;
-using kel::ref_ptr;
-using kel::RigidBody;
-using kel::SPDMatrix3x3;
-using kel::Vec3;
+using namespace kel;
 using kelCollide::Box;
 using kelCollide::Geometry;
 

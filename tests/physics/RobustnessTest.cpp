@@ -3,16 +3,13 @@
 #include "kel/DistanceJoint.h"
 #include "kel/Hinge.h"
 #include "kel/LockJoint.h"
+#include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
 
 namespace {
 
-using kel::Constraint;
-using kel::Real;
-using kel::RigidBody;
-using kel::UInt32;
-using kel::Vec3;
+using namespace kel;
 using kelCollide::Box;
 
 /// A hanging chain whose links have masses in turn, light and heavy.
@@ -67,9 +64,19 @@ TEST_P(Extremes, ChainsGainNoEnergy)
   }
 }
 
+std::string nameOf(const testing::TestParamInfo<Extremes::ParamType>& test)
+{
+  const auto& [timeStep, ratio] = test.param;
+  std::string name =
+      std::to_string(std::lround(1 / timeStep)) + "Hz_1e" + std::to_string(std::lround(std::log10(ratio)));
+  std::replace(name.begin(), name.end(), '-', 'm');
+  return name;
+}
+
 INSTANTIATE_TEST_SUITE_P(StepsAndRatios, Extremes,
                          testing::Combine(testing::Values(1e-5, 1e-3, 1.0 / 60, 0.1),
-                                          testing::Values(1e-6, 1e-3, 1.0, 1e3, 1e6)));
+                                          testing::Values(1e-6, 1e-3, 1.0, 1e3, 1e6)),
+                         nameOf);
 
 TEST(Robustness, AnyComplianceAndDampingStayFinite)
 {

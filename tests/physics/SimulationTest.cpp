@@ -7,10 +7,7 @@
 
 namespace {
 
-using kel::ref_ptr;
-using kel::RigidBody;
-using kel::TimeStamp;
-using kel::Vec3;
+using namespace kel;
 using kelCollide::Box;
 using kelSDK::Simulation;
 using kelSDK::StepEventListener;

@@ -5,12 +5,7 @@
 
 namespace {
 
-using kel::Constraint;
-using kel::ConstraintRow;
-using kel::Real;
-using kel::RigidBody;
-using kel::UInt32;
-using kel::Vec3;
+using namespace kel;
 using kelCollide::Box;
 using kelCollide::Plane;
 
