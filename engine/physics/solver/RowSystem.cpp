@@ -215,6 +215,14 @@ bool RowSystem::updateFrictionBounds()
   return changed;
 }
 
+void RowSystem::freezeFrictionBounds()
+{
+  for (Friction& friction : m_frictions) {
+    friction.bound.offset = boundingImpulse(friction.bound);
+    friction.bound.normal = FrictionBound::NO_ROW;
+  }
+}
+
 void RowSystem::limitAlongSliding(const Friction& friction, Real (&limits)[2]) const
 {
   const auto& rows = friction.rows;
