@@ -74,6 +74,8 @@ public:
   bool hasRowsOf(UInt32 solveType) const { return (m_solveTypes & solveType) != 0; }
   /// Makes all rows iterative.
   void setIterative();
+  /// Makes the friction iterative; whether some was not.
+  bool setFrictionIterative();
 
   /// Impulses of a row and a pair, N s.
   Real getImpulse(Index row) const { return m_rows[row].impulse; }

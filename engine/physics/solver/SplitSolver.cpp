@@ -16,17 +16,22 @@ constexpr UInt32 NUM_FOLLOWING_TURNS = 2;
 SplitSolver::Result SplitSolver::solve(RowSystem& rows, UInt32 maxSweeps)
 {
   Result result;
-  rows.getDirectRows(m_directRows);
-  if (!m_directRows.empty() && m_directRows.size() <= MAX_DIRECT_ROWS) {
-    if (solveInTurns(rows, maxSweeps, result.sweeps)) {
-      result.directRows = static_cast<UInt32>(m_directRows.size());
-      return result;
-    }
-  }
+  if (solveDirectly(rows, maxSweeps, result)) return result;
   result.fellBack = !m_directRows.empty();
+  // Joints stay exact where it is friction that has no direct solution.
+  if (rows.setFrictionIterative() && solveDirectly(rows, maxSweeps, result)) return result;
   if (result.fellBack) rows.setIterative();
   result.sweeps += rows.sweep(maxSweeps);
   return result;
+}
+
+bool SplitSolver::solveDirectly(RowSystem& rows, UInt32 maxSweeps, Result& result)
+{
+  rows.getDirectRows(m_directRows);
+  if (m_directRows.empty() || m_directRows.size() > MAX_DIRECT_ROWS) return false;
+  if (!solveInTurns(rows, maxSweeps, result.sweeps)) return false;
+  result.directRows = static_cast<UInt32>(m_directRows.size());
+  return true;
 }
 
 bool SplitSolver::solveInTurns(RowSystem& rows, UInt32 maxSweeps, UInt32& sweeps)
