@@ -127,6 +127,8 @@ protected:
   mutable AttachmentPair m_pair; // as it was when it was last looked at
 
 private:
+  friend class DynamicsSystem;
+
   using ElementaryConstraints = std::vector<ref_ptr<ElementaryConstraint>>;
   /// What acted on a body: force, N, and torque about the anchor and about the centre of mass, N m.
   struct Reaction
@@ -136,6 +138,9 @@ private:
     Vec3 cmTorque;
   };
 
+  /// Notes that a system has taken the constraint, or let it go: its bodies count their constraints.
+  void count(int change);
+  void addBody(RigidBody* body);
   bool isNameTaken(const Name& name) const;
   template <class Visit> void visitDofs(Int32 dof, Visit visit) const;
   std::size_t indexOf(const RigidBody* body) const;
@@ -146,6 +151,7 @@ private:
   ElementaryConstraints m_secondary;
   Reaction m_reactions[2];
   UInt32 m_solveType = DIRECT;
+  UInt32 m_numSystems = 0;
   bool m_enabled = true;
   bool m_computesForces = false;
 };

@@ -68,7 +68,6 @@ protected:
 
 private:
   template <class Quantity> auto sum(Quantity quantity) const;
-  void countConstraint(const Constraint& constraint, int change);
 
   std::vector<ref_ptr<RigidBody>> m_bodies;
   std::vector<ref_ptr<Interaction>> m_interactions;

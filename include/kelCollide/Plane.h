@@ -41,6 +41,8 @@ public:
   }
 
   BoundingAABB calculateLocalBound() const override;
+  /// Reaches no further than the plane where that is level or upright along an axis of the world.
+  const BoundingAABB& updateBoundingVolume() override;
   kel::String getClassName() const override { return "Plane"; }
 
 protected:

@@ -76,6 +76,9 @@ TEST_P(FreeMotion, ForcesActForOneStep)
   system->stepForward();
   EXPECT_EQ(body->getLastForce().x(), 6);
   EXPECT_NEAR(body->getAcceleration().x(), 3, 1e-10);
+  body->setMotionControl(RigidBody::KINEMATICS);
+  system->stepForward();
+  EXPECT_EQ(body->getAcceleration().length(), 0);
 }
 
 TEST_P(FreeMotion, TurnsAboutTheCentreOfMass)

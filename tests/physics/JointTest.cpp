@@ -126,12 +126,15 @@ TEST(Joint, HingeFillsBodyByBody)
   EXPECT_FALSE(hinge->addRigidBody(nullptr, nullptr));
   EXPECT_TRUE(hinge->addRigidBody(first, new Frame(AffineMatrix4x4::translate(-0.5, 0, 0))));
   EXPECT_TRUE(hinge->getValid());
+  scene.simulation->add(hinge);
   EXPECT_TRUE(hinge->addRigidBody(second, new Frame(AffineMatrix4x4::translate(0.5, 0, 0))));
   EXPECT_FALSE(hinge->addRigidBody(first, nullptr));
   EXPECT_EQ(hinge->getNumBodies(), 2u);
-  scene.simulation->add(hinge);
+  EXPECT_EQ(second->getNumConstraints(), 1u);
   scene.step(60);
   EXPECT_LT((first->getPosition() - Vec3(0.5, 0, 0)).length(), 1e-3); // the axis is upright
+  scene.simulation->remove(hinge);
+  EXPECT_EQ(first->getNumConstraints() + second->getNumConstraints(), 0u);
 }
 
 TEST(Joint, FramesMeetInTheWorldAndInTheBody)

@@ -3,6 +3,7 @@
 #include "kel/DistanceJoint.h"
 #include "kel/Hinge.h"
 #include "kel/LockJoint.h"
+#include "kelCollide/Capsule.h"
 #include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
@@ -111,6 +112,33 @@ TEST(Robustness, BodiesInOnePlaceStayFinite)
   for (int i = 0; i < 600; ++i) {
     scene.step(1);
     for (const RigidBody* body : bodies) ASSERT_LT(body->getVelocity().length(), 12 + Scene::G * i / 60) << i;
+  }
+}
+
+// Where a chain is straight, its links touch along the line in which their joint holds them.
+TEST(Robustness, LinksThatTouchTheirNeighboursStayCalm)
+{
+  for (const Real ratio : {1.0, 100.0}) {
+    Scene scene;
+    scene.addGeometry(new kelCollide::Plane);
+    std::vector<RigidBody*> links;
+    for (int chain = 0; chain < 4; ++chain) {
+      const Vec3 start(0.3 * (chain % 2), 0.2 * chain, 1 + 0.5 * chain);
+      for (int i = 0; i < 6; ++i) {
+        RigidBody* link =
+            scene.addBody(new kelCollide::Capsule(0.1, 0.3), start + Vec3(0, 0.5 * i, 0), i % 2 ? ratio : 1);
+        if (i)
+          scene.simulation->add(new kel::BallJoint(kel::BallJointFrame(start + Vec3(0, 0.5 * i - 0.25, 0)),
+                                                   link, links.back()));
+        links.push_back(link);
+      }
+    }
+    const Real fastest = 2 * std::sqrt(2 * Scene::G * 2.5);
+    for (int i = 0; i < 600; ++i) {
+      scene.step(1);
+      for (const RigidBody* link : links)
+        ASSERT_LT(link->getVelocity().length(), fastest) << ratio << ' ' << i;
+    }
   }
 }
 

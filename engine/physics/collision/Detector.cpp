@@ -33,14 +33,19 @@ std::unique_ptr<btBroadphaseInterface> makeSweep(std::size_t room)
                                              btVector3(reach, reach, reach), static_cast<unsigned>(room));
 }
 
-btBroadphaseProxy* createProxy(btBroadphaseInterface& broadphase, const BoundingAABB& bound,
-                               Geometry& geometry)
+btBroadphaseProxy* createProxy(btBroadphaseInterface& broadphase, const BoundingAABB& bound, void* item)
 {
-  return broadphase.createProxy(toBullet(bound.min()), toBullet(bound.max()), 0, &geometry,
+  return broadphase.createProxy(toBullet(bound.min()), toBullet(bound.max()), 0, item,
                                 btBroadphaseProxy::DefaultFilter, btBroadphaseProxy::AllFilter, nullptr);
 }
 
-Geometry& geometryOf(const btBroadphaseProxy& proxy) { return *static_cast<Geometry*>(proxy.m_clientObject); }
+/// Whether two boxes come nearer than `reach` to each other.
+bool areNear(const BoundingAABB& one, const BoundingAABB& other, kel::Real reach)
+{
+  for (std::size_t i = 0; i < 3; ++i)
+    if (one.min()[i] - reach > other.max()[i] || one.max()[i] + reach < other.min()[i]) return false;
+  return true;
+}
 
 bool isDynamic(const Geometry& geometry)
 {
@@ -114,11 +119,8 @@ void Space::Detector::growSweep()
 {
   m_sweepRoom *= 2;
   auto larger = makeSweep(m_sweepRoom);
-  for (auto& [order, item] : m_items) {
-    if (!item.proxy) continue;
-    Geometry& geometry = geometryOf(*item.proxy);
-    item.proxy = createProxy(*larger, grown(geometry, item), geometry);
-  }
+  for (auto& [order, item] : m_items)
+    if (item.proxy) item.proxy = createProxy(*larger, grown(item), &item);
   m_broadphase = std::move(larger);
 }
 
@@ -126,23 +128,27 @@ void Space::Detector::insert(Geometry& geometry, Item& item)
 {
   release(item);
   const Shape* shape = geometry.getShape();
+  item.geometry = &geometry;
   item.shapeChanges = geometry.m_shapeChanges;
   item.shapeModifiedCount = shape ? shape->getModifiedCount() : 0;
   geometry.m_placeChanged = false;
   geometry.updateBoundingVolume();
   if (!shape) return;
   if (!hasForm(*shape) || !hasPlace(*shape)) {
-    if (!shape->isGroup() || hasForm(*shape)) warnOfLoss(geometry);
+    if (!item.isLost && (!shape->isGroup() || hasForm(*shape))) warnOfLoss(geometry);
+    item.isLost = true;
     return;
   }
+  item.isLost = false;
   const BoundingAABB form = shape->calculateLocalBound();
   item.size = std::min(1.0, (form.max() - form.min()).length() / 2);
-  item.proxy = createProxy(*m_broadphase, grown(geometry, item), geometry);
+  item.bound = *geometry.getBoundingVolume();
+  item.proxy = createProxy(*m_broadphase, grown(item), &item);
 }
 
-BoundingAABB Space::Detector::grown(Geometry& geometry, const Item& item) const
+BoundingAABB Space::Detector::grown(const Item& item) const
 {
-  BoundingAABB bound = *geometry.getBoundingVolume();
+  BoundingAABB bound = item.bound;
   bound.min() -= Vec3(m_reach * item.size);
   bound.max() += Vec3(m_reach * item.size);
   return bound;
@@ -174,7 +180,8 @@ void Space::Detector::refresh(Geometry& geometry)
     }
     geometry.m_placeChanged = false;
     geometry.updateBoundingVolume();
-    const BoundingAABB bound = grown(geometry, item);
+    item.bound = *geometry.getBoundingVolume();
+    const BoundingAABB bound = grown(item);
     m_broadphase->setAabb(item.proxy, toBullet(bound.min()), toBullet(bound.max()), nullptr);
   }
 }
@@ -233,17 +240,18 @@ void Space::Detector::findWantedPairs()
   m_pairs.clear();
   btBroadphasePairArray& found = m_broadphase->getOverlappingPairCache()->getOverlappingPairArray();
   for (int i = 0; i < found.size(); ++i) {
-    Geometry* first = &geometryOf(*found[i].m_pProxy0);
-    Geometry* second = &geometryOf(*found[i].m_pProxy1);
-    if (second->m_spaceOrder < first->m_spaceOrder) std::swap(first, second);
-    const bool moves = isDynamic(*first) || isDynamic(*second) || first->isSensor() || second->isSensor();
-    if (!moves || !first->getShape() || !second->getShape()) continue;
-    const Item& firstItem = m_items.at(first->m_spaceOrder);
-    const Item& secondItem = m_items.at(second->m_spaceOrder);
+    const auto* item1 = static_cast<const Item*>(found[i].m_pProxy0->m_clientObject);
+    const auto* item2 = static_cast<const Item*>(found[i].m_pProxy1->m_clientObject);
+    if (item2->geometry->m_spaceOrder < item1->geometry->m_spaceOrder) std::swap(item1, item2);
     // The library's pairs are more, and not the same for each algorithm.
-    if (!grown(*first, firstItem).hasOverlap(*second->getBoundingVolume())) continue;
-    m_pairs.push_back({first->m_spaceOrder, second->m_spaceOrder, first, second,
-                       std::min(firstItem.size, secondItem.size)});
+    if (!areNear(item1->bound, item2->bound, m_reach * item1->size)) continue;
+    Geometry* first = item1->geometry;
+    Geometry* second = item2->geometry;
+    if (!first->getShape() || !second->getShape()) continue;
+    if (isDynamic(*first) || isDynamic(*second) || first->isSensor() || second->isSensor()) {
+      const auto order = std::uint64_t{first->m_spaceOrder} << 32 | second->m_spaceOrder;
+      m_pairs.push_back({order, first, second, std::min(item1->size, item2->size)});
+    }
   }
   std::sort(m_pairs.begin(), m_pairs.end());
   std::erase_if(m_pairs,

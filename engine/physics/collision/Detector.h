@@ -3,6 +3,7 @@
 #include "kelCollide/Space.h"
 #include "solver/Workers.h"
 #include <BulletCollision/BroadphaseCollision/btBroadphaseInterface.h>
+#include <cstdint>
 #include <map>
 
 namespace kelCollide {
@@ -28,7 +29,10 @@ public:
 private:
   struct Item
   {
-    btBroadphaseProxy* proxy = nullptr; // null for what cannot collide
+    Geometry* geometry = nullptr;
+    btBroadphaseProxy* proxy = nullptr; // null for what cannot collide; knows the item
+    bool isLost = false;                // no place or form, of which the log tells once
+    BoundingAABB bound;                 // of the geometry, when it was last refreshed
     kel::Real size = 0; // radius of the form, m, at most 1: what is small comes near when it is nearer
     kel::UInt32 shapeChanges = 0;
     kel::UInt32 shapeModifiedCount = 0;
@@ -36,17 +40,13 @@ private:
   /// Two geometries, the one that came to the space earlier first, and their points.
   struct Pair
   {
-    kel::UInt32 firstOrder;
-    kel::UInt32 secondOrder;
-    Geometry* first; // for the length of an update
+    std::uint64_t order; // in which the geometries came to the space
+    Geometry* first;     // for the length of an update
     Geometry* second;
     kel::Real size; // of the smaller one
     std::size_t beginPoints = 0;
     std::size_t endPoints = 0;
-    bool operator<(const Pair& other) const
-    {
-      return firstOrder != other.firstOrder ? firstOrder < other.firstOrder : secondOrder < other.secondOrder;
-    }
+    bool operator<(const Pair& other) const { return order < other.order; }
   };
   /// A point in the frames of the geometries, and where the next solution starts from.
   struct KnownPoint
@@ -59,7 +59,7 @@ private:
   void growSweep();
   void insert(Geometry& geometry, Item& item);
   void release(Item& item);
-  BoundingAABB grown(Geometry& geometry, const Item& item) const;
+  BoundingAABB grown(const Item& item) const;
   void keepOldPoints();
   void findWantedPairs();
   void collidePairs();

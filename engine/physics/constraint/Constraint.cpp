@@ -1,4 +1,5 @@
 #include "kel/Constraint.h"
+#include "body/BodyRows.h"
 #include <algorithm>
 
 namespace kel {
@@ -24,7 +25,20 @@ ElementaryConstraint* find(const ElementaryConstraints& list, const Name& name)
 Constraint::Constraint(RigidBody* body1, RigidBody* body2)
 {
   for (RigidBody* body : {body1, body2})
-    if (body) m_bodies.emplace_back(body);
+    if (body) addBody(body);
+}
+
+void Constraint::count(int change)
+{
+  m_numSystems += static_cast<UInt32>(change);
+  for (const auto& body : m_bodies)
+    BodyRows::instance().numConstraints[body->getEntity().calculateIndex()] += static_cast<UInt32>(change);
+}
+
+void Constraint::addBody(RigidBody* body)
+{
+  m_bodies.emplace_back(body);
+  BodyRows::instance().numConstraints[body->getEntity().calculateIndex()] += m_numSystems;
 }
 
 RigidBody* Constraint::getBodyAt(std::size_t index) const

@@ -17,8 +17,8 @@ bool Constraint::attach(RigidBody* body1, Frame* frame1, RigidBody* body2, Frame
   }
   m_attachments[1] = new RigidBodyAttachment(body2, frame2);
   m_pair.set(m_attachments[0].get(), m_attachments[1].get());
-  m_bodies.emplace_back(body1);
-  if (body2) m_bodies.emplace_back(body2);
+  addBody(body1);
+  if (body2) addBody(body2);
   return true;
 }
 
@@ -37,7 +37,7 @@ void Constraint::attachSecond(RigidBody* body, Frame* frame)
   m_attachments[1]->setFrame(frame ? frame : new Frame(local));
   m_attachments[1]->setRigidBody(body);
   m_pair.transform();
-  m_bodies.emplace_back(body);
+  addBody(body);
 }
 
 void Constraint::holdAnchor()

@@ -14,7 +14,7 @@ DynamicsSystem::DynamicsSystem()
 
 DynamicsSystem::~DynamicsSystem()
 {
-  for (const auto& constraint : m_constraints) countConstraint(*constraint, -1);
+  for (const auto& constraint : m_constraints) constraint->count(-1);
   for (const auto& body : m_bodies) body->m_system = nullptr;
 }
 
@@ -45,7 +45,7 @@ bool DynamicsSystem::remove(Interaction* interaction) { return removeReference(m
 bool DynamicsSystem::add(Constraint* constraint)
 {
   if (!addReference(m_constraints, constraint)) return false;
-  countConstraint(*constraint, 1);
+  constraint->count(1);
   return true;
 }
 
@@ -53,15 +53,9 @@ bool DynamicsSystem::remove(Constraint* constraint)
 {
   const ref_ptr<Constraint> keep(constraint);
   if (!removeReference(m_constraints, constraint)) return false;
-  countConstraint(*constraint, -1);
+  constraint->count(-1);
   constraint->clearForces();
   return true;
-}
-
-void DynamicsSystem::countConstraint(const Constraint& constraint, int change)
-{
-  for (std::size_t i = 0; i < constraint.getNumBodies(); ++i)
-    BodyRows::instance().numConstraints[constraint.getBodyAt(i)->m_row] += static_cast<UInt32>(change);
 }
 
 RigidBody* DynamicsSystem::getRigidBody(const Name& name) const { return findByName(m_bodies, name); }

@@ -69,7 +69,7 @@ void ContactConstraints::begin(Real timeStep, Real impactSpeedThreshold, bool al
   m_timeStep = timeStep;
   m_impactSpeedThreshold = impactSpeedThreshold;
   m_allowDirect = allowDirect;
-  m_isJointed = false;
+  m_joints.clear();
   m_targets.clear();
 }
 
@@ -121,7 +121,7 @@ void ContactConstraints::setSolveTypes(Common& common) const
     break;
   }
   if (!m_allowDirect) common.normalType = common.frictionType = Constraint::ITERATIVE;
-  const bool keepsImpulses = m_isJointed && (common.normalType & Constraint::DIRECT);
+  const bool keepsImpulses = !m_joints.empty() && (common.normalType & Constraint::DIRECT);
   common.frictionWarmStart = keepsImpulses ? 1 : WARM_START;
 }
 
@@ -158,8 +158,16 @@ ConstraintRow ContactConstraints::makeNormal(const Common& common, Index pointRo
     normal.lowerForce = -common.adhesion;
     normal.target += common.material.getAdhesiveOverlap();
   }
-  if (common.material.getRestitution() > 0) applyRestitution(common, normal, depth);
+  if (common.material.getRestitution() > 0 && !areJoined(common.bodies))
+    applyRestitution(common, normal, depth);
   return normal;
+}
+
+// Such contacts lie near the joint and point along it, so they see the speed at which the joint corrects
+// itself. A bounce from that would have to turn the bodies, the faster the nearer it is.
+bool ContactConstraints::areJoined(const Index (&bodies)[2]) const
+{
+  return bodies[0] && bodies[1] && m_joints.count(std::minmax(bodies[0], bodies[1])) > 0;
 }
 
 /// A body that falls with a constant acceleration a in steps h keeps v^2/2 + a x - a h v/2, x being the gap

@@ -3,6 +3,8 @@
 #include "kel/ContactMaterial.h"
 #include "kelCollide/GeometryContact.h"
 #include "solver/RowSystem.h"
+#include <set>
+#include <utility>
 #include <vector>
 
 namespace kel {
@@ -18,9 +20,10 @@ public:
   /// Starts a step of `timeStep` seconds without contacts. Those to come bounce if they close faster than a
   /// speed in m/s; their rows may be solved directly, or all by iteration.
   void begin(Real timeStep, Real impactSpeedThreshold, bool allowDirect);
-  /// Says that joints pull at the bodies of the contacts to come. Sweeps bring the friction against such a
-  /// pull up in many steps only, so it starts from all that it was.
-  void setJointed() { m_isJointed = true; }
+  /// Says that a joint binds two of the bodies, or one to the world, number 0. Joints pull at the bodies of
+  /// all contacts to come: sweeps bring the friction against such a pull up in many steps only, so it starts
+  /// from all that it was.
+  void addJoint(Index body1, Index body2) { m_joints.insert(std::minmax(body1, body2)); }
   bool empty() const { return m_targets.empty(); }
   /// Adds the rows of a contact between two of the bodies.
   void add(const kelCollide::GeometryContact& contact, const Index (&bodies)[2]);
@@ -48,6 +51,7 @@ private:
   };
 
   void setSolveTypes(Common& common) const;
+  bool areJoined(const Index (&bodies)[2]) const;
   void addPoint(const Common& common, Index pointRow, Real stiffness);
   ConstraintRow makeNormal(const Common& common, Index pointRow, Real stiffness) const;
   /// Makes the row of a contact's normal bounce, if the surfaces meet fast enough.
@@ -65,7 +69,7 @@ private:
   Real m_timeStep = 0;
   Real m_impactSpeedThreshold = 0;
   bool m_allowDirect = true;
-  bool m_isJointed = false;
+  std::set<std::pair<Index, Index>> m_joints; // pairs of bodies, the lower number first
   std::vector<Target> m_targets;
   ref_ptr<ContactMaterial> m_unassigned; // of the contact that is added, where nobody gave it one
 };

@@ -24,12 +24,12 @@ void IslandSystem::add(Constraint& constraint)
   const UInt32 solveType = m_forceIterative ? UInt32(Constraint::ITERATIVE) : constraint.getSolveType();
   const std::size_t begin = m_constraintRows.size();
   m_constraints.push_back({&constraint, begin});
-  m_contacts.setJointed();
   constraint.rows(m_timeStep, m_constraintRows);
   for (std::size_t i = begin; i < m_constraintRows.size(); ++i) {
     const ConstraintRow& row = m_constraintRows[i];
     const Index bodies[2] = {m_bodies.indexOf(row.bodies[0]), m_bodies.indexOf(row.bodies[1])};
     for (const Index body : bodies) m_bodies.setConstrained(body);
+    m_contacts.addJoint(bodies[0], bodies[1]);
     // They start from nothing: the old impulses of a chain with a heavy end make it explode.
     m_rows.add(row, bodies[0], bodies[1], m_timeStep, 0, solveType);
   }

@@ -215,6 +215,14 @@ bool RowSystem::updateFrictionBounds()
   return changed;
 }
 
+void RowSystem::freezeFrictionBounds()
+{
+  for (Friction& friction : m_frictions) {
+    friction.bound.offset = boundingImpulse(friction.bound);
+    friction.bound.normal = FrictionBound::NO_ROW;
+  }
+}
+
 void RowSystem::limitAlongSliding(const Friction& friction, Real (&limits)[2]) const
 {
   const auto& rows = friction.rows;
@@ -229,12 +237,23 @@ void RowSystem::limitAlongSliding(const Friction& friction, Real (&limits)[2]) c
 
 void RowSystem::setIterative()
 {
-  const auto change = [](ScaledRow& row) {
+  for (ScaledRow& row : m_rows)
     if (row.solveType) row.solveType = Constraint::ITERATIVE;
-  };
-  std::for_each(m_rows.begin(), m_rows.end(), change);
-  for (Friction& friction : m_frictions) std::for_each(friction.rows, friction.rows + 2, change);
+  setFrictionIterative();
   m_solveTypes = Constraint::ITERATIVE;
+}
+
+bool RowSystem::setFrictionIterative()
+{
+  bool changed = false;
+  for (Friction& friction : m_frictions)
+    for (ScaledRow& row : friction.rows) {
+      if (!(row.solveType & Constraint::DIRECT)) continue;
+      row.solveType = Constraint::ITERATIVE;
+      changed = true;
+    }
+  if (changed) m_solveTypes |= Constraint::ITERATIVE;
+  return changed;
 }
 
 UInt32 RowSystem::sweep(UInt32 maxSweeps)

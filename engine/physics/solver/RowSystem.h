@@ -69,9 +69,13 @@ public:
   /// Bounds the friction of the direct rows by the impulses of the normals, and a cone by the box that
   /// touches it where the sliding points; whether a bound changed by more than a thousandth.
   bool updateFrictionBounds();
+  /// Lets friction keep the bounds that the normals give it now.
+  void freezeFrictionBounds();
   bool hasRowsOf(UInt32 solveType) const { return (m_solveTypes & solveType) != 0; }
   /// Makes all rows iterative.
   void setIterative();
+  /// Makes the friction iterative; whether some was not.
+  bool setFrictionIterative();
 
   /// Impulses of a row and a pair, N s.
   Real getImpulse(Index row) const { return m_rows[row].impulse; }

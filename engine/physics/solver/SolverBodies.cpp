@@ -37,12 +37,15 @@ void SolverBodies::store() const
   const auto& bodies = m_system->getRigidBodies();
   for (std::size_t i = 0; i < bodies.size(); ++i) {
     const SolverBody& solverBody = m_bodies[i + 1];
-    if (!solverBody.isMovable()) continue;
+    const Index row = bodies[i]->getEntity().calculateIndex();
+    if (!solverBody.isMovable()) {
+      rows.acceleration[row] = rows.angularAcceleration[row] = Vec3();
+      continue;
+    }
     const Real(&free)[6] = solverBody.freeVelocity;
     Vec3 velocity(free[0], free[1], free[2]);
     Vec3 angularVelocity(free[3], free[4], free[5]);
     if (m_constrained[i + 1]) solverBody.unscale(m_velocities[i + 1].v, velocity, angularVelocity);
-    const Index row = bodies[i]->getEntity().calculateIndex();
     rows.acceleration[row] = (velocity - rows.velocity[row]) / m_timeStep;
     rows.angularAcceleration[row] = (angularVelocity - rows.angularVelocity[row]) / m_timeStep;
     rows.velocity[row] = velocity;

@@ -9,22 +9,29 @@ namespace {
 constexpr std::size_t MAX_DIRECT_ROWS = 5000;
 /// Turns of sweeps, each with a direct solution before and after it.
 constexpr UInt32 MAX_TURNS = 10;
+/// Turns in which friction follows the normals. Near a joint the two may drive each other up without end.
+constexpr UInt32 NUM_FOLLOWING_TURNS = 2;
 } // namespace
 
 SplitSolver::Result SplitSolver::solve(RowSystem& rows, UInt32 maxSweeps)
 {
   Result result;
-  rows.getDirectRows(m_directRows);
-  if (!m_directRows.empty() && m_directRows.size() <= MAX_DIRECT_ROWS) {
-    if (solveInTurns(rows, maxSweeps, result.sweeps)) {
-      result.directRows = static_cast<UInt32>(m_directRows.size());
-      return result;
-    }
-  }
+  if (solveDirectly(rows, maxSweeps, result)) return result;
   result.fellBack = !m_directRows.empty();
+  // Joints stay exact where it is friction that has no direct solution.
+  if (rows.setFrictionIterative() && solveDirectly(rows, maxSweeps, result)) return result;
   if (result.fellBack) rows.setIterative();
   result.sweeps += rows.sweep(maxSweeps);
   return result;
+}
+
+bool SplitSolver::solveDirectly(RowSystem& rows, UInt32 maxSweeps, Result& result)
+{
+  rows.getDirectRows(m_directRows);
+  if (m_directRows.empty() || m_directRows.size() > MAX_DIRECT_ROWS) return false;
+  if (!solveInTurns(rows, maxSweeps, result.sweeps)) return false;
+  result.directRows = static_cast<UInt32>(m_directRows.size());
+  return true;
 }
 
 bool SplitSolver::solveInTurns(RowSystem& rows, UInt32 maxSweeps, UInt32& sweeps)
@@ -33,6 +40,7 @@ bool SplitSolver::solveInTurns(RowSystem& rows, UInt32 maxSweeps, UInt32& sweeps
   if (!m_direct.solve()) return false;
   const UInt32 sweepsPerTurn = std::max(maxSweeps / MAX_TURNS, UInt32(1));
   for (UInt32 turn = 0; turn < MAX_TURNS; ++turn) {
+    if (turn == NUM_FOLLOWING_TURNS) rows.freezeFrictionBounds();
     bool settled = !rows.updateFrictionBounds();
     if (rows.hasRowsOf(Constraint::ITERATIVE)) {
       const UInt32 done = rows.sweep(sweepsPerTurn);

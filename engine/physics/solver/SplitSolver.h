@@ -20,6 +20,7 @@ public:
   Result solve(RowSystem& rows, UInt32 maxSweeps);
 
 private:
+  bool solveDirectly(RowSystem& rows, UInt32 maxSweeps, Result& result);
   bool solveInTurns(RowSystem& rows, UInt32 maxSweeps, UInt32& sweeps);
 
   DirectSolver m_direct;

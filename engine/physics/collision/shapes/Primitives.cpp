@@ -84,6 +84,17 @@ BoundingAABB Plane::calculateLocalBound() const
   return {Vec3(-infinite), Vec3(infinite)};
 }
 
+const BoundingAABB& Plane::updateBoundingVolume()
+{
+  BoundingAABB bound = calculateLocalBound();
+  const Vec4 plane = calculatePlane(getTransform());
+  for (std::size_t axis = 0; axis < 3; ++axis) {
+    if (plane[(axis + 1) % 3] != 0 || plane[(axis + 2) % 3] != 0 || plane[axis] == 0) continue;
+    (plane[axis] > 0 ? bound.max() : bound.min())[axis] = -plane[3] / plane[axis];
+  }
+  return m_bound = bound;
+}
+
 void Capsule::setRadius(Real radius)
 {
   m_radius = radius;
