@@ -8,7 +8,7 @@
 
 namespace kelData {
 
-class EntityData;
+struct EntityData;
 class EntityStorage;
 
 using AttributePtrVector = std::vector<kel::ref_ptr<Attribute>>;

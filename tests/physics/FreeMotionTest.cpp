@@ -79,6 +79,11 @@ TEST_P(FreeMotion, ForcesActForOneStep)
   body->setMotionControl(RigidBody::KINEMATICS);
   system->stepForward();
   EXPECT_EQ(body->getAcceleration().length(), 0);
+  body->setMotionControl(RigidBody::DYNAMICS);
+  body->setEnable(false);
+  body->addForce(6, 0, 0);
+  system->stepForward();
+  EXPECT_EQ(body->getForce().length(), 0);
 }
 
 TEST_P(FreeMotion, TurnsAboutTheCentreOfMass)

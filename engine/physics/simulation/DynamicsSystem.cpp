@@ -78,11 +78,11 @@ void DynamicsSystem::stepForward()
 
   const BodyRows& rows = BodyRows::instance();
   for (const auto& body : m_bodies) {
-    if (!body->getEnable() || body->getMotionControl() == RigidBody::STATIC) continue;
     const Index row = body->m_row;
     rows.lastForce[row] = rows.force[row];
     rows.lastTorque[row] = rows.torque[row];
     rows.force[row] = rows.torque[row] = Vec3();
+    if (!body->getEnable() || body->getMotionControl() == RigidBody::STATIC) continue;
     const Vec3 solved = rows.angularVelocity[row];
     integrate(*body, timeStep);
     // A free body's angular velocity changes on the way, as its momentum does not.

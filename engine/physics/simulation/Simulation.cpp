@@ -5,7 +5,6 @@
 namespace kelSDK {
 
 using kel::addReference;
-using kel::findByName;
 using kel::findByUuid;
 using kel::Real;
 using kel::removeReference;
