@@ -197,6 +197,23 @@ TEST(Joint, PendulumKeepsItsLengthAndMostOfItsEnergy)
   }
 }
 
+TEST(Joint, ChainCarriesAThousandfoldMass)
+{
+  Scene scene;
+  constexpr int links = 10;
+  RigidBody* last = nullptr;
+  for (int i = 0; i <= links; ++i) {
+    RigidBody* link = scene.addBody(new Box(0.1, 0.1, 0.5), Vec3(0, 0, -0.5 - i), i == links ? 1000 : 1);
+    link->getGeometries()[0]->setSensor(true);
+    scene.simulation->add(new kel::Hinge(kel::HingeFrame(Vec3(0, 0, -i), Vec3(0, 1, 0)), link, last));
+    last = link;
+  }
+  scene.step(600);
+  const Real sag = -0.5 - links - last->getPosition().z();
+  EXPECT_LT(sag, 1e-4);
+  EXPECT_GT(sag, 0);
+}
+
 TEST(Joint, MotorReachesItsSpeedOrItsTorque)
 {
   Bar bar;
