@@ -16,9 +16,12 @@ public:
          kel::UInt32 optionsMask = 0);
 
   /// A shape that shares the data of this one. To be owned.
-  Convex* shallowCopy() const { return new Convex(*this, const_cast<CollisionMeshData*>(getMeshData())); }
+  Convex* shallowCopy() const override
+  {
+    return new Convex(*this, const_cast<CollisionMeshData*>(getMeshData()));
+  }
   /// A shape with data of its own. To be owned.
-  Convex* deepCopy() const { return new Convex(*this, getMeshData()->deepCopy()); }
+  Convex* deepCopy() const override { return new Convex(*this, getMeshData()->deepCopy()); }
 
   bool hasSupportFunction() const override { return true; }
   /// The vertex that lies furthest along a direction, the first of several; null without vertices.

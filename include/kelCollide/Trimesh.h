@@ -28,9 +28,9 @@ public:
           kel::UInt32 optionsMask = 0, kel::Real bottomMargin = 0);
 
   /// A mesh that shares the data of this one. To be owned.
-  Trimesh* shallowCopy() const { return new Trimesh(*this, m_data); }
+  virtual Trimesh* shallowCopy() const { return new Trimesh(*this, m_data); }
   /// A mesh with data of its own. To be owned.
-  Trimesh* deepCopy() const { return new Trimesh(*this, m_data->deepCopy()); }
+  virtual Trimesh* deepCopy() const { return new Trimesh(*this, m_data->deepCopy()); }
   /// Brings the mesh up to data that have changed. Neighbours are looked for again where `connectivity` says
   /// so or the number of indices has changed; warnings are logged where `warn` says so.
   void updateMeshGeometry(bool connectivity, bool warn = true);

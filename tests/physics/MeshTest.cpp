@@ -197,6 +197,9 @@ TEST(Mesh, CopiesShareTheirDataOrNot)
   EXPECT_EQ(deep->getVolume(), mesh->getVolume());
   const kel::ref_ptr<Convex> hull = boxHull(Vec3(1, 1, 1));
   EXPECT_EQ(kel::ref_ptr<Convex>(hull->shallowCopy())->getMeshData(), hull->getMeshData());
+  const Trimesh& base = *hull;
+  EXPECT_TRUE(dynamic_cast<Convex*>(kel::ref_ptr<Trimesh>(base.shallowCopy()).get()));
+  EXPECT_TRUE(dynamic_cast<Convex*>(kel::ref_ptr<Trimesh>(base.deepCopy()).get()));
 }
 
 TEST(Mesh, FollowsDataThatChange)
