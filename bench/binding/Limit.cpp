@@ -4,6 +4,7 @@
 #include "kel/Bound.h"
 #include "kel/EulerAngles.h"
 #include "kel/Random.h"
+#include "kel/typedContainers.h"
 #include "kelCollide/Box.h"
 #include "kelSDK/Simulation.h"
 #include "kelSDK/StepEventListener.h"
@@ -17,6 +18,7 @@ using kel::AffineMatrix4x4;
 using kel::Bound3;
 using kel::EulerAngles;
 using kel::Quat;
+using kel::RealVector;
 using kel::RigidBody;
 using kel::UniformRealGenerator;
 using kel::Vec3;
@@ -196,6 +198,42 @@ int rand(lua_State* L)
   return 1;
 }
 
+int newRealVector(lua_State* L)
+{
+  expectArguments(L, 1);
+  new (lua_newuserdata(L, sizeof(RealVector))) RealVector;
+  lua_rawgeti(L, LUA_REGISTRYINDEX, Class<RealVector>::reference);
+  lua_setmetatable(L, -2);
+  return 1;
+}
+
+int freeRealVector(lua_State* L)
+{
+  value<RealVector>(L, 1).~RealVector();
+  return 0;
+}
+
+int pushBack(lua_State* L)
+{
+  expectArguments(L, 2);
+  value<RealVector>(L, 1).push_back(luaL_checknumber(L, 2));
+  return 0;
+}
+
+int size(lua_State* L)
+{
+  expectArguments(L, 1);
+  lua_pushnumber(L, static_cast<lua_Number>(value<RealVector>(L, 1).size()));
+  return 1;
+}
+
+int clear(lua_State* L)
+{
+  expectArguments(L, 1);
+  value<RealVector>(L, 1).clear();
+  return 0;
+}
+
 int newRigidBody(lua_State* L)
 {
   const char* name = luaL_optstring(L, 2, "");
@@ -371,6 +409,9 @@ constexpr luaL_Reg MATRIX[] = {
     {"transformPoint", transformPoint}, {"getTranslate", getTranslate}, {nullptr, nullptr}};
 constexpr luaL_Reg ANGLES_EVENTS[] = {{"__index", getAngle}, {nullptr, nullptr}};
 constexpr luaL_Reg BOUND[] = {{"min", min}, {nullptr, nullptr}};
+constexpr luaL_Reg NUMBERS_EVENTS[] = {{"__gc", freeRealVector}, {nullptr, nullptr}};
+constexpr luaL_Reg NUMBERS[] = {
+    {"push_back", pushBack}, {"size", size}, {"clear", clear}, {nullptr, nullptr}};
 constexpr luaL_Reg GENERATOR[] = {{"rand", rand}, {nullptr, nullptr}};
 constexpr luaL_Reg BODY_EVENTS[] = {{"__gc", release<RigidBody>}, {nullptr, nullptr}};
 constexpr luaL_Reg BODY[] = {{"getPosition", getPosition},
@@ -411,6 +452,7 @@ void addClasses(lua_State* L)
   addClass<EulerAngles>(L, "kel.EulerAngles", ANGLES_EVENTS, {});
   addClass<Bound3>(L, "kel.Bound3", NONE, {BOUND});
   addClass<UniformRealGenerator>(L, "kel.UniformRealGenerator", NONE, {GENERATOR});
+  addClass<RealVector>(L, "kel.RealVector", NUMBERS_EVENTS, {NUMBERS});
   addClass<RigidBody>(L, "kel.RigidBody", BODY_EVENTS, {BODY});
   addClass<kel::Frame>(L, "kel.Frame", FRAME_EVENTS, {FRAME});
   addClass<kel::MassProperties>(L, "kel.MassProperties", NONE, {});
@@ -438,8 +480,9 @@ lua_State* openLimit()
   luaL_register(L, nullptr, VEC3_STATIC);
   lua_pop(L, 1);
   constexpr luaL_Reg classes[] = {
-      {"Quat", newQuat},     {"AffineMatrix4x4", newMatrix},         {"EulerAngles", newEulerAngles},
-      {"Bound3", newBound3}, {"UniformRealGenerator", newGenerator}, {"RigidBody", newRigidBody}};
+      {"Quat", newQuat},          {"AffineMatrix4x4", newMatrix},         {"EulerAngles", newEulerAngles},
+      {"Bound3", newBound3},      {"UniformRealGenerator", newGenerator}, {"RealVector", newRealVector},
+      {"RigidBody", newRigidBody}};
   for (const luaL_Reg& c : classes) {
     addConstructor(L, c.name, c.func);
     lua_pop(L, 1);

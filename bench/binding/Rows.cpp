@@ -19,6 +19,8 @@ constexpr Row ROWS[] = {
     {"euler[1]", "euler[1]"},
     {"bound:min(), a member", "bound:min()"},
     {"random:rand()", "random:rand()"},
+    {"numbers:push_back(1), cleared at 1000",
+     "numbers:push_back(1) if numbers:size() == 1000 then numbers:clear() end", Row::BLOCK},
     {"kel.Vec3(1, 2, 3)", "kel.Vec3(1, 2, 3)"},
     {"kel.Quat(1, 0, 0, 0)", "kel.Quat(1, 0, 0, 0)"},
     {"body:getPosition()", "body:getPosition()"},
@@ -52,7 +54,7 @@ const char* const OBJECTS = R"lua(
 v, w = kel.Vec3(1, 2, 3), kel.Vec3(4, 5, 6)
 quat = kel.Quat(0.5, kel.Vec3(0, 0, 1))
 m, euler = kel.AffineMatrix4x4(quat, v), kel.EulerAngles(0.1, 0.2, 0.3)
-bound, random = kel.Bound3(v, w), kel.UniformRealGenerator(2, 3)
+bound, random, numbers = kel.Bound3(v, w), kel.UniformRealGenerator(2, 3), kel.RealVector()
 body, sim, box = kel.RigidBody("box"), kelSDK.Simulation(), kelCollide.Box(1, 2, 3)
 assert(sim:add(body) and not sim:add(body))
 frame, massProperties = body:getFrame(), body:getMassProperties()
@@ -62,7 +64,8 @@ function listener:post(time) calls = calls + time end
 function listener:addNotification() calls = calls + 1 end
 )lua";
 
-const char* const LOCALS = "local v, w, quat, m, euler, bound, random, body, frame, sim, box, listener = "
-                           "v, w, quat, m, euler, bound, random, body, frame, sim, box, listener ";
+const char* const LOCALS =
+    "local v, w, quat, m, euler, bound, random, numbers, body, frame, sim, box, listener = "
+    "v, w, quat, m, euler, bound, random, numbers, body, frame, sim, box, listener ";
 
 } // namespace bench
