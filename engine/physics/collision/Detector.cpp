@@ -119,8 +119,11 @@ void Space::Detector::growSweep()
 {
   m_sweepRoom *= 2;
   auto larger = makeSweep(m_sweepRoom);
-  for (auto& [order, item] : m_items)
-    if (item.proxy) item.proxy = createProxy(*larger, grown(item), &item);
+  for (auto& [order, item] : m_items) {
+    if (!item.proxy) continue;
+    release(item); // what the old one still holds would be lost with it
+    item.proxy = createProxy(*larger, grown(item), &item);
+  }
   m_broadphase = std::move(larger);
 }
 
