@@ -4,7 +4,6 @@
 #include "kel/Referenced.h"
 #include "kelLua/Handles.h"
 #include "kelLua/ScriptManager.h"
-#include <algorithm>
 #include <tolua++.h>
 
 namespace kelLua::handles {

@@ -8,7 +8,7 @@ namespace kelLua::members {
 /// a class table stays in that table.
 ///
 /// The events of a class in use know the tables to search, never what those hold, so that what scripts add to
-/// classes or replace there is seen at once.
+/// classes or replace there is seen at once. Index operators alone are bound to their wrappers.
 
 /// `__index` and `__newindex` of a class that nothing was asked of yet.
 int firstIndex(lua_State* L);
