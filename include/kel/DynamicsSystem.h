@@ -1,4 +1,5 @@
 #pragma once
+#include "kel/AutoSleep.h"
 #include "kel/Component.h"
 #include "kel/Constraint.h"
 #include "kel/RigidBody.h"
@@ -40,6 +41,8 @@ public:
   void setTimeGovernor(TimeGovernor* governor);
   TimeGovernor* getTimeGovernor() const { return m_timeGovernor.get(); }
   Solver* getSolver() const { return m_solver.get(); }
+  /// What lets bodies sleep. Not owned.
+  AutoSleep* getAutoSleep() const { return m_autoSleep.get(); }
   /// The space whose contacts act on the bodies, null for none. Not owned.
   void setSpace(kelCollide::Space* space) { m_space = space; }
   kelCollide::Space* getSpace() const { return m_space; }
@@ -74,6 +77,7 @@ private:
   std::vector<ref_ptr<Constraint>> m_constraints;
   ref_ptr<TimeGovernor> m_timeGovernor;
   ref_ptr<Solver> m_solver;
+  ref_ptr<AutoSleep> m_autoSleep = new AutoSleep(nullptr);
   kelCollide::Space* m_space = nullptr;
   Vec3 m_gravity = Vec3(0, 0, -9.80665);
 };

@@ -2,6 +2,7 @@
 #include "kel/Frame.h"
 #include "kel/MassProperties.h"
 #include "kel/Name.h"
+#include "kel/SleepThreshold.h"
 #include "kel/ref_ptr.h"
 #include "kelCollide/Geometry.h"
 #include <map>
@@ -25,6 +26,41 @@ public:
     STATIC = 1,     ///< stands still
     KINEMATICS = 2, ///< moves with its velocities, whatever meets it
     DYNAMICS = 3    ///< moves by forces
+  };
+
+  /// How a body sleeps, see `AutoSleep`. A part of the body.
+  class AutoSleepProperties
+  {
+  public:
+    enum State
+    {
+      AWAKE = 0,
+      TIRED = 1, ///< has rested long enough, and waits for what it touches and what it is bound to
+      ASLEEP = 2 ///< stands still until something wakes it
+    };
+
+    /// Stops the body and puts it to sleep, or wakes it. What sleeps next to somebody awake wakes in the next
+    /// step.
+    void setSleeping(bool sleeping);
+    bool isSleeping() const { return m_state == ASLEEP; }
+    State getState() const { return m_state; }
+    /// Whether the body may fall asleep, true at first. One that may not wakes if it sleeps, and keeps its
+    /// neighbours awake.
+    void setEnable(bool enable);
+    bool getEnable() const { return m_enabled; }
+    /// How long the body has been at rest, s.
+    float getRestTime() const { return m_restTime; }
+
+  private:
+    friend class RigidBody;
+    friend class Sleepers;
+    explicit AutoSleepProperties(Index row) : m_row(row) {}
+
+    Index m_row;
+    float m_restTime = 0;
+    bool m_enabled = true;
+    State m_state = AWAKE;
+    UInt64 m_feeling = 0; // all that the sleeping body feels, in short; 0 before it is known
   };
 
   /// A dynamic, enabled body at the origin with a mass of 1 kg and an inertia of 1 kg m2 about all axes.
@@ -199,6 +235,13 @@ public:
   /// The frame of that name, null if there is none. Not owned.
   Frame* getAttachment(const Name& name) const;
 
+  /// How the body sleeps, a part of the body.
+  AutoSleepProperties* getAutoSleepProperties() { return &m_autoSleepProperties; }
+  const AutoSleepProperties* getAutoSleepProperties() const { return &m_autoSleepProperties; }
+  /// Takes a reference on what is slow for this body; null, as at first, for what its system says.
+  void setAutoSleepThreshold(AutoSleepThreshold* threshold) { m_autoSleepThreshold = threshold; }
+  AutoSleepThreshold* getAutoSleepThreshold() const { return m_autoSleepThreshold.get(); }
+
   /// The constraints that hold the body in its system.
   UInt32 getNumConstraints() const;
   /// Whether any constraint holds the body.
@@ -238,6 +281,8 @@ private:
   kelData::EntityPtr m_entity;
   Index m_row;
   MassProperties m_massProperties;
+  AutoSleepProperties m_autoSleepProperties;
+  ref_ptr<AutoSleepThreshold> m_autoSleepThreshold;
   ref_ptr<Frame> m_frame;
   ref_ptr<Frame> m_cmFrame;
   std::vector<ref_ptr<kelCollide::Geometry>> m_geometries;

@@ -48,7 +48,7 @@ private:
 
 RigidBody::RigidBody(const Name& name)
     : m_name(name), m_entity(rows().storage->createInstance()), m_row(m_entity.calculateIndex()),
-      m_massProperties(m_row), m_frame(new ModelFrame(*this)), m_cmFrame(new CmFrame(*this))
+      m_massProperties(m_row), m_autoSleepProperties(m_row), m_frame(new ModelFrame(*this)), m_cmFrame(new CmFrame(*this))
 {
   rows().id[m_row] = m_entity.getId();
   m_cmFrame->setParent(m_frame.get());
@@ -158,6 +158,20 @@ void RigidBody::moveTo(const Vec3& position, const Quat& rotation, Real time)
   turn.getRotate(angle, axis);
   setVelocity((target.getTranslate() - getCmPosition()) / time);
   setAngularVelocity(axis * (angle / time));
+}
+
+void RigidBody::AutoSleepProperties::setSleeping(bool sleeping)
+{
+  m_state = sleeping ? ASLEEP : AWAKE;
+  m_restTime = 0;
+  m_feeling = 0;
+  if (sleeping) rows().velocity[m_row] = rows().angularVelocity[m_row] = Vec3();
+}
+
+void RigidBody::AutoSleepProperties::setEnable(bool enable)
+{
+  m_enabled = enable;
+  if (!enable && m_state != AWAKE) setSleeping(false);
 }
 
 void RigidBody::setForce(const Vec3& force) { rows().force[m_row] = force; }

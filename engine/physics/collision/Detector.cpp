@@ -134,6 +134,7 @@ void Space::Detector::insert(Geometry& geometry, Item& item)
   item.geometry = &geometry;
   item.shapeChanges = geometry.m_shapeChanges;
   item.shapeModifiedCount = shape ? shape->getModifiedCount() : 0;
+  item.lastMove = m_numUpdates;
   geometry.m_placeChanged = false;
   geometry.updateBoundingVolume();
   if (!shape) return;
@@ -173,8 +174,7 @@ void Space::Detector::refresh(Geometry& geometry)
 {
   Item& item = m_items.at(geometry.m_spaceOrder);
   const Shape* shape = geometry.getShape();
-  if (geometry.m_shapeChanges != item.shapeChanges ||
-      (shape && shape->getModifiedCount() != item.shapeModifiedCount)) {
+  if (hasNewForm(item)) {
     insert(geometry, item);
   } else if (shape && geometry.m_placeChanged) {
     if (!item.proxy || !hasPlace(*shape)) {
@@ -182,11 +182,24 @@ void Space::Detector::refresh(Geometry& geometry)
       return;
     }
     geometry.m_placeChanged = false;
+    item.lastMove = m_numUpdates;
     geometry.updateBoundingVolume();
     item.bound = *geometry.getBoundingVolume();
     const BoundingAABB bound = grown(item);
     m_broadphase->setAabb(item.proxy, toBullet(bound.min()), toBullet(bound.max()), nullptr);
   }
+}
+
+bool Space::Detector::hasNewForm(const Item& item)
+{
+  const Shape* shape = item.geometry->getShape();
+  return item.geometry->m_shapeChanges != item.shapeChanges ||
+         (shape && shape->getModifiedCount() != item.shapeModifiedCount);
+}
+
+bool Space::Detector::hasMoved(const Item& item) const
+{
+  return item.lastMove == m_numUpdates || item.geometry->m_placeChanged || hasNewForm(item);
 }
 
 void Space::Detector::findPairs() { m_broadphase->calculateOverlappingPairs(nullptr); }
@@ -195,9 +208,10 @@ void Space::Detector::findContacts(std::vector<GeometryContact>& contacts)
 {
   keepOldPoints();
   findWantedPairs();
+  findOldPairs();
   collidePairs();
-  std::erase_if(m_pairs, [](const Pair& pair) { return pair.beginPoints == pair.endPoints; });
   writePairs(contacts);
+  ++m_numUpdates;
 }
 
 void Space::Detector::collidePairs()
@@ -209,10 +223,9 @@ void Space::Detector::collidePairs()
     patch.clear();
     const std::size_t end = std::min(m_pairs.size(), (chunk + 1) * chunkSize);
     for (std::size_t i = chunk * chunkSize; i < end; ++i) {
-      Pair& pair = m_pairs[i];
-      pair.beginPoints = patch.size();
-      collideTrees(*pair.first->getShape(), *pair.second->getShape(), m_reach * pair.size, patch);
-      pair.endPoints = patch.size();
+      m_pairs[i].beginPoints = patch.size();
+      collide(m_pairs[i], patch);
+      m_pairs[i].endPoints = patch.size();
     }
   });
   m_patch.clear();
@@ -227,9 +240,19 @@ void Space::Detector::collidePairs()
   }
 }
 
+void Space::Detector::collide(Pair& pair, Patch& patch) const
+{
+  if (pair.old && !pair.hasMoved)
+    patch.insert(patch.end(), m_oldPatch.begin() + static_cast<std::ptrdiff_t>(pair.old->beginPoints),
+                 m_oldPatch.begin() + static_cast<std::ptrdiff_t>(pair.old->endPoints));
+  else
+    collideTrees(*pair.first->getShape(), *pair.second->getShape(), m_reach * pair.size, patch);
+}
+
 void Space::Detector::keepOldPoints()
 {
   m_oldPairs.swap(m_pairs);
+  m_oldPatch.swap(m_patch);
   m_oldPoints.swap(m_known);
   const ContactPointRows& rows = ContactPointRows::instance();
   for (std::size_t i = 0; i < m_oldPoints.size(); ++i) {
@@ -253,7 +276,8 @@ void Space::Detector::findWantedPairs()
     if (!first->getShape() || !second->getShape()) continue;
     if (isDynamic(*first) || isDynamic(*second) || first->isSensor() || second->isSensor()) {
       const auto order = std::uint64_t{first->m_spaceOrder} << 32 | second->m_spaceOrder;
-      m_pairs.push_back({order, first, second, std::min(item1->size, item2->size)});
+      const kel::Real size = std::min(item1->size, item2->size);
+      m_pairs.push_back({order, first, second, size, hasMoved(*item1) || hasMoved(*item2)});
     }
   }
   std::sort(m_pairs.begin(), m_pairs.end());
@@ -261,9 +285,21 @@ void Space::Detector::findWantedPairs()
                 [](const Pair& pair) { return !pair.first->m_space->canCollide(pair.first, pair.second); });
 }
 
+void Space::Detector::findOldPairs()
+{
+  auto old = m_oldPairs.begin();
+  for (Pair& pair : m_pairs) {
+    old = std::find_if_not(old, m_oldPairs.end(), [&](const Pair& other) { return other < pair; });
+    if (old == m_oldPairs.end()) return;
+    if (!(pair < *old)) pair.old = &*old;
+  }
+}
+
 void Space::Detector::writePairs(std::vector<GeometryContact>& contacts)
 {
-  while (m_contactRows.size() < m_pairs.size())
+  const auto numContacts = static_cast<std::size_t>(std::count_if(
+      m_pairs.begin(), m_pairs.end(), [](const Pair& pair) { return pair.getNumPoints() > 0; }));
+  while (m_contactRows.size() < numContacts)
     m_contactRows.emplace_back(ContactRows::instance().storage->createInstance());
   while (m_points.size() < m_patch.size())
     m_points.emplace_back(ContactPointRows::instance().storage->createInstance());
@@ -272,30 +308,32 @@ void Space::Detector::writePairs(std::vector<GeometryContact>& contacts)
   m_known.clear();
   const ContactRows& rows = ContactRows::instance();
   for (const Pair& pair : m_pairs) {
+    if (pair.getNumPoints() == 0) continue;
     const GeometryContact contact = m_contactRows[contacts.size()];
     const kel::UInt32 row = contact.getId();
     rows.geometry1[row] = pair.first;
     rows.geometry2[row] = pair.second;
     rows.points[row] = &m_points[pair.beginPoints];
-    rows.numPoints[row] = static_cast<kel::UInt32>(pair.endPoints - pair.beginPoints);
+    rows.numPoints[row] = static_cast<kel::UInt32>(pair.getNumPoints());
     rows.enabled[row] = true;
     contacts.push_back(contact);
     for (std::size_t i = pair.beginPoints; i < pair.endPoints; ++i) {
       m_known.push_back(
           {toFrameOf(*pair.first, m_patch[i].onFirst), toFrameOf(*pair.second, m_patch[i].onSecond), Vec3()});
-      m_known.back().impulse = findImpulse(pair, m_known.back());
+      m_known.back().impulse = findImpulse(pair, i);
       writePoint(m_points[i].getId(), m_patch[i], pair, m_known.back().impulse);
     }
   }
 }
 
-Vec3 Space::Detector::findImpulse(const Pair& pair, const KnownPoint& point) const
+Vec3 Space::Detector::findImpulse(const Pair& pair, std::size_t index) const
 {
-  const auto old = std::lower_bound(m_oldPairs.begin(), m_oldPairs.end(), pair);
-  if (old == m_oldPairs.end() || pair < *old) return {};
+  if (!pair.old) return {};
+  if (!pair.hasMoved) return m_oldPoints[pair.old->beginPoints + index - pair.beginPoints].impulse;
+  const KnownPoint& point = m_known[index];
   Vec3 impulse;
   kel::Real nearest = std::pow(SAME_POINT * pair.size, 2);
-  for (std::size_t i = old->beginPoints; i < old->endPoints; ++i) {
+  for (std::size_t i = pair.old->beginPoints; i < pair.old->endPoints; ++i) {
     const KnownPoint& before = m_oldPoints[i];
     const kel::Real distance2 =
         std::min(before.onFirst.distance2(point.onFirst), before.onSecond.distance2(point.onSecond));

@@ -36,6 +36,7 @@ private:
     kel::Real size = 0; // radius of the form, m, at most 1: what is small comes near when it is nearer
     kel::UInt32 shapeChanges = 0;
     kel::UInt32 shapeModifiedCount = 0;
+    std::uint64_t lastMove = 0; // the update that first sees its form at its place
   };
   /// Two geometries, the one that came to the space earlier first, and their points.
   struct Pair
@@ -43,9 +44,12 @@ private:
     std::uint64_t order; // in which the geometries came to the space
     Geometry* first;     // for the length of an update
     Geometry* second;
-    kel::Real size; // of the smaller one
+    kel::Real size;            // of the smaller one
+    bool hasMoved;             // since the update before
+    const Pair* old = nullptr; // the same pair then, null if it was none
     std::size_t beginPoints = 0;
     std::size_t endPoints = 0;
+    std::size_t getNumPoints() const { return endPoints - beginPoints; }
     bool operator<(const Pair& other) const { return order < other.order; }
   };
   /// A point in the frames of the geometries, and where the next solution starts from.
@@ -60,12 +64,18 @@ private:
   void insert(Geometry& geometry, Item& item);
   void release(Item& item);
   BoundingAABB grown(const Item& item) const;
+  static bool hasNewForm(const Item& item);
+  /// Whether points of the geometry may be other ones than in the last update.
+  bool hasMoved(const Item& item) const;
   void keepOldPoints();
   void findWantedPairs();
+  void findOldPairs();
   void collidePairs();
+  void collide(Pair& pair, Patch& patch) const;
   void releaseMaterials();
   void writePairs(std::vector<GeometryContact>& contacts);
-  kel::Vec3 findImpulse(const Pair& pair, const KnownPoint& point) const;
+  /// Where the solution of a point starts from.
+  kel::Vec3 findImpulse(const Pair& pair, std::size_t point) const;
   static void writePoint(kel::Index row, const PatchPoint& point, const Pair& pair, const kel::Vec3& impulse);
 
   const kel::Real m_reach;
@@ -79,6 +89,8 @@ private:
   std::vector<KnownPoint> m_known; // of all pairs
   std::vector<Pair> m_oldPairs;    // those of the update before
   std::vector<KnownPoint> m_oldPoints;
+  Patch m_oldPatch;
+  std::uint64_t m_numUpdates = 0;
   std::vector<GeometryContact> m_contactRows; // more than the last update needed, maybe
   std::vector<ContactPoint> m_points;         // likewise; those of one contact side by side
 };

@@ -83,6 +83,7 @@ void DynamicsSystem::stepForward()
     rows.lastTorque[row] = rows.torque[row];
     rows.force[row] = rows.torque[row] = Vec3();
     if (!body->getEnable() || body->getMotionControl() == RigidBody::STATIC) continue;
+    if (body->getAutoSleepProperties()->isSleeping()) continue;
     const Vec3 solved = rows.angularVelocity[row];
     integrate(*body, timeStep);
     // A free body's angular velocity changes on the way, as its momentum does not.

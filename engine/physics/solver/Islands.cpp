@@ -30,11 +30,12 @@ void Islands::join(Index node1, Index node2)
 void Islands::build()
 {
   constexpr Index none = 0xFFFFFFFF;
+  for (Index& parent : m_parents) parent = find(parent);
   m_islandOfRoot.assign(m_parents.size(), none);
   m_begins.assign(1, 0);
   for (Index& node : m_itemNodes) {
     if (node == 0) continue;
-    node = find(node);
+    node = getRoot(node);
     Index& island = m_islandOfRoot[node];
     if (island == none) {
       island = static_cast<Index>(m_begins.size() - 1);

@@ -20,6 +20,10 @@ public:
   /// Ends the joining.
   void build();
 
+  /// The node that stands for all that are joined with a node, or with those of an item.
+  Index getRoot(Index node) const { return m_parents[node]; }
+  Index getItemRoot(std::size_t item) const { return m_itemNodes[item]; }
+
   std::size_t size() const { return m_begins.empty() ? 0 : m_begins.size() - 1; }
   /// The items of an island, lowest number first. Islands come in the order of their lowest items.
   std::span<const Index> items(std::size_t island) const

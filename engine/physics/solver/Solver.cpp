@@ -1,4 +1,5 @@
 #include "kel/Solver.h"
+#include "collision/ContactRows.h"
 #include "kel/BuildConfiguration.h"
 #include "kelCollide/Space.h"
 #include "solver/SolverStep.h"
@@ -6,6 +7,7 @@
 
 namespace kel {
 
+using kelCollide::ContactPointRows;
 using kelCollide::GeometryContact;
 
 namespace {
@@ -34,20 +36,24 @@ void Solver::Step::solve(const Solver& solver, DynamicsSystem& system, Real time
   numRows = numSweeps = numDirectRows = numFallbacks = 0;
   m_bodies.load(system, timeStep);
   findIslands(system);
-  while (m_systems.size() < m_islands.size()) m_systems.emplace_back(m_bodies);
-  for (std::size_t i = 0; i < m_islands.size(); ++i)
-    fillIsland(m_systems[i], m_islands.items(i), solver, system, timeStep);
-  m_workers.run(m_islands.size(), getNumThreads(), [this](std::size_t i) { m_systems[i].solve(); });
-  for (std::size_t i = 0; i < m_islands.size(); ++i) {
+  m_sleepers.wake(system, timeStep);
+  findAwake(timeStep);
+  while (m_systems.size() < m_awake.size()) m_systems.emplace_back(m_bodies);
+  for (std::size_t i = 0; i < m_awake.size(); ++i)
+    fillIsland(m_systems[i], m_islands.items(m_awake[i]), solver, system, timeStep);
+  m_workers.run(m_awake.size(), getNumThreads(), [this](std::size_t i) { m_systems[i].solve(); });
+  for (std::size_t i = 0; i < m_awake.size(); ++i) {
     m_systems[i].storeForces();
     count(m_systems[i]);
   }
   m_bodies.store();
+  m_sleepers.fallAsleep();
 }
 
 void Solver::Step::findIslands(const DynamicsSystem& system)
 {
   m_islands.reset(m_bodies.size());
+  m_numConstraints = system.getConstraints().size();
   addConstraints(system);
   m_contacts.clear();
   if (const kelCollide::Space* space = system.getSpace()) addContacts(*space);
@@ -80,6 +86,31 @@ void Solver::Step::addContacts(const kelCollide::Space& space)
     m_contacts.push_back(contact);
     m_islands.join(node1, node2);
     m_islands.addItem(node1 ? node1 : node2);
+  }
+}
+
+void Solver::Step::findAwake(Real timeStep)
+{
+  m_awake.clear();
+  for (std::size_t i = 0; i < m_islands.size(); ++i) {
+    if (m_sleepers.sleeps(m_islands.getItemRoot(m_islands.items(i)[0])))
+      keepForces(i, timeStep);
+    else
+      m_awake.push_back(static_cast<Index>(i));
+  }
+}
+
+// Constraints have theirs still, but the rows of contacts are new in each step.
+void Solver::Step::keepForces(std::size_t island, Real timeStep) const
+{
+  const ContactPointRows& points = ContactPointRows::instance();
+  for (const Index item : m_islands.items(island)) {
+    if (item < m_numConstraints) continue;
+    const GeometryContact& contact = m_contacts[item - m_numConstraints];
+    for (std::size_t k = 0; k < contact.getNumPoints(); ++k) {
+      const Index point = contact.getPoint(k).getId();
+      points.localForce[point] = points.impulse[point] / timeStep;
+    }
   }
 }
 

@@ -3,6 +3,7 @@
 #include "kelCollide/GeometryContact.h"
 #include "solver/IslandSystem.h"
 #include "solver/Islands.h"
+#include "solver/Sleepers.h"
 #include "solver/SolverBodies.h"
 #include "solver/Workers.h"
 #include <deque>
@@ -25,6 +26,8 @@ private:
   void findIslands(const DynamicsSystem& system);
   void addConstraints(const DynamicsSystem& system);
   void addContacts(const kelCollide::Space& space);
+  void findAwake(Real timeStep);
+  void keepForces(std::size_t island, Real timeStep) const;
   void fillIsland(IslandSystem& island, std::span<const Index> items, const Solver& solver,
                   const DynamicsSystem& system, Real timeStep);
   /// Rows that the items of an island can give to a direct solution.
@@ -32,9 +35,12 @@ private:
   void count(const IslandSystem& island);
 
   SolverBodies m_bodies;
+  std::size_t m_numConstraints = 0;                    // items of the islands: these, then the contacts
   std::vector<kelCollide::GeometryContact> m_contacts; // those that act
   Islands m_islands;
-  std::deque<IslandSystem> m_systems; // of the islands, and some more
+  Sleepers m_sleepers{m_bodies, m_islands, m_contacts};
+  std::vector<Index> m_awake;         // islands
+  std::deque<IslandSystem> m_systems; // of these, and some more
   Workers m_workers;
 };
 
