@@ -38,7 +38,7 @@ void SolverBodies::store() const
   for (std::size_t i = 0; i < bodies.size(); ++i) {
     const SolverBody& solverBody = m_bodies[i + 1];
     const Index row = bodies[i]->getEntity().calculateIndex();
-    if (!solverBody.isMovable()) {
+    if (!solverBody.isMovable() || bodies[i]->getAutoSleepProperties()->isSleeping()) {
       rows.acceleration[row] = rows.angularAcceleration[row] = Vec3();
       continue;
     }
