@@ -72,6 +72,14 @@ public:
     return {fromBullet(b.getWorldTransform().getOrigin()), kel::Quat(q.x(), q.y(), q.z(), q.w()),
             fromBullet(b.getLinearVelocity()), fromBullet(b.getAngularVelocity())};
   }
+  void allowSleep() override
+  {
+    gDeactivationTime = REST_TIME;
+    for (const auto& body : m_bodies) {
+      body->setSleepingThresholds(SLOW, SLOW);
+      body->forceActivationState(ACTIVE_TAG);
+    }
+  }
   void step() override { m_world.stepSimulation(m_timeStep, 0, m_timeStep); }
 
 private:

@@ -22,11 +22,13 @@ struct Motion
 };
 
 /// A world in one of the engines that are compared. Bodies are numbers in the order of their creation.
-/// Gravity is (0, 0, -9.80665) m/s2; nothing falls asleep.
+/// Gravity is (0, 0, -9.80665) m/s2; nothing falls asleep before it may.
 class Engine
 {
 public:
   static constexpr double GRAVITY = 9.80665; // m/s2
+  static constexpr double SLOW = 0.05;       // m/s, and rad/s
+  static constexpr double REST_TIME = 0.8;   // s
   static constexpr int WORLD = -1;           ///< In place of the second body of a joint.
 
   virtual ~Engine() = default;
@@ -40,6 +42,8 @@ public:
   virtual void addHinge(int body1, int body2, const kel::Vec3& point, const kel::Vec3& axis) = 0;
   virtual void setVelocity(int body, const kel::Vec3& velocity, const kel::Vec3& angularVelocity) = 0;
   virtual Motion motion(int body) const = 0;
+  /// Lets bodies sleep that have been slower than `SLOW` for `REST_TIME`.
+  virtual void allowSleep() = 0;
   virtual void step() = 0;
 };
 

@@ -69,6 +69,16 @@ public:
     return {vector(dBodyGetPosition(b)), kel::Quat(q[1], q[2], q[3], q[0]), vector(dBodyGetLinearVel(b)),
             vector(dBodyGetAngularVel(b))};
   }
+  void allowSleep() override
+  {
+    for (const dBodyID body : m_bodies) {
+      dBodySetAutoDisableFlag(body, 1);
+      dBodySetAutoDisableLinearThreshold(body, SLOW);
+      dBodySetAutoDisableAngularThreshold(body, SLOW);
+      dBodySetAutoDisableTime(body, REST_TIME);
+      dBodySetAutoDisableSteps(body, 0);
+    }
+  }
   void step() override
   {
     dSpaceCollide(m_space, this, near);

@@ -51,6 +51,14 @@ public:
     const kel::RigidBody& b = *m_bodies[body];
     return {b.getPosition(), b.getRotation(), b.getVelocity(), b.getAngularVelocity()};
   }
+  void allowSleep() override
+  {
+    kel::AutoSleep& sleep = *m_simulation->getDynamicsSystem()->getAutoSleep();
+    sleep.getThreshold()->setVelocity(SLOW);
+    sleep.getThreshold()->setAngularVelocity(SLOW);
+    sleep.getThreshold()->setTime(REST_TIME);
+    sleep.setEnable(true);
+  }
   void step() override { m_simulation->stepForward(); }
 
 private:

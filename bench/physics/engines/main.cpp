@@ -20,19 +20,33 @@ void printScenes(const std::string& text)
   }
 }
 
+/// A row of times in ms, "-" for engines that are too slow for it.
+void printTimes(const std::string& name, const std::vector<double>& times)
+{
+  std::printf("| %-55s |", name.c_str());
+  for (const double time : times) time < 0 ? std::printf("         - |") : std::printf(" %9.2f |", time);
+  std::printf("\n");
+}
+
 void printPile(int count)
 {
-  std::vector<bench::PileTimes> times;
+  std::vector<double> settled;
+  std::vector<double> worst;
+  for (const bench::EngineKind& kind : bench::engineKinds()) {
+    const auto times = kind.isForPiles ? bench::timePile(kind, count) : bench::PileTimes{-1, -1};
+    settled.push_back(times.settled);
+    worst.push_back(times.worst);
+  }
+  printTimes(std::to_string(count) + " bodies in a pit, settled (ms a step)", settled);
+  printTimes(std::to_string(count) + " bodies in a pit, worst step (ms)", worst);
+}
+
+void printSleep(int count)
+{
+  std::vector<double> times;
   for (const bench::EngineKind& kind : bench::engineKinds())
-    times.push_back(kind.isForPiles ? bench::timePile(kind, count) : bench::PileTimes{-1, -1});
-  const auto row = [&](const char* text, double bench::PileTimes::*figure) {
-    std::printf("| %-55s |", (std::to_string(count) + text).c_str());
-    for (const bench::PileTimes& each : times)
-      each.*figure < 0 ? std::printf("         - |") : std::printf(" %9.2f |", each.*figure);
-    std::printf("\n");
-  };
-  row(" bodies in a pit, settled (ms a step)", &bench::PileTimes::settled);
-  row(" bodies in a pit, worst step (ms)", &bench::PileTimes::worst);
+    times.push_back(kind.isForPiles ? bench::timeSleep(kind, count) : -1);
+  printTimes(std::to_string(count) + " boxes in a pit, free to sleep (ms a step)", times);
 }
 
 } // namespace
@@ -42,8 +56,10 @@ int main(int argc, char** argv)
   CLI::App app("Compares the engine with others on the same scenes; errors and times, less is better.");
   std::string scene;
   std::vector<int> piles = {1000};
+  std::vector<int> sleepers = {1000};
   app.add_option("--scene", scene, "Only the scenes whose names contain this text");
   app.add_option("--pile", piles, "Numbers of bodies in piles, 0 for none");
+  app.add_option("--sleep", sleepers, "Numbers of boxes in piles that may sleep, 0 for none");
   CLI11_PARSE(app, argc, argv);
 
   std::printf("| %-55s |", "");
@@ -54,4 +70,6 @@ int main(int argc, char** argv)
   printScenes(scene);
   for (const int count : piles)
     if (count > 0) printPile(count);
+  for (const int count : sleepers)
+    if (count > 0) printSleep(count);
 }

@@ -21,5 +21,7 @@ struct PileTimes
   double worst;
 };
 PileTimes timePile(const EngineKind& kind, int count);
+/// Milliseconds a step of boxes in a pit that may sleep, median of the last 100 of 1500 steps.
+double timeSleep(const EngineKind& kind, int count);
 
 } // namespace bench
