@@ -39,6 +39,16 @@ private:
   float m_angularAcceleration;
 };
 
+/// The same for bodies that may be merged and split.
+class MergeSplitThreshold : public SleepThreshold
+{
+public:
+  using SleepThreshold::SleepThreshold;
+
+protected:
+  ~MergeSplitThreshold() override = default;
+};
+
 /// The same with the time that bodies rest before they fall asleep.
 class AutoSleepThreshold : public SleepThreshold
 {

@@ -36,14 +36,16 @@ void addRow(Digest& digest, const ConstraintRow& row)
   digest.add(row.compliance).add(row.damping).add(row.lowerForce).add(row.upperForce);
 }
 
-void addMaterial(Digest& digest, const ContactMaterial& material)
+UInt64 digestOf(const ContactMaterial& material)
 {
+  Digest digest;
   const kelData::EntityPtr row = material.getEntity();
   for (const auto& buffer : row.getStorage()->getBuffers())
     if (buffer) digest.addBytes(buffer->at(row.calculateIndex()), buffer->getElementSize());
   const FrictionModel* model = material.getFrictionModel();
   digest.add(model);
   if (model) digest.add(model->getSolveType()).add(model->getCallbackMask());
+  return digest.get();
 }
 
 void addPoint(Digest& digest, Index point)
@@ -183,13 +185,19 @@ void Sleepers::feelContacts(Roots& roots)
 {
   const ContactPointRows& points = ContactPointRows::instance();
   const std::size_t numConstraints = m_system->getConstraints().size();
+  const ContactMaterial* material = nullptr; // of the contact before: many have the same
+  UInt64 materialDigest = 0;
   for (std::size_t i = 0; i < m_contacts.size(); ++i) {
     const Index root = m_islands.getItemRoot(numConstraints + i);
     if (!roots[root]) continue;
     const GeometryContact& contact = m_contacts[i];
     Digest digest;
     digest.add(contact.geometry(0)).add(contact.geometry(1));
-    if (const ContactMaterial* material = contact.getMaterial()) addMaterial(digest, *material);
+    if (const ContactMaterial* next = contact.getMaterial(); next != material) {
+      material = next;
+      materialDigest = next ? digestOf(*next) : 0;
+    }
+    digest.add(materialDigest);
     for (std::size_t k = 0; k < contact.getNumPoints(); ++k) {
       const Index point = contact.getPoint(k).getId();
       addPoint(digest, point);
