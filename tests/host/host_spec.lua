@@ -56,6 +56,36 @@ describe("kel", function()
   end)
 end)
 
+-- Addresses differ from one process to the next, and so does what lay in memory before.
+describe("a simulation", function()
+  it("ends with the same bits in every process, with sleep and threads or without", function()
+    local path = script([[
+      local sim = kelSDK.Simulation()
+      kel.setNumThreads(tonumber(arg[1]))
+      for _ = 1, tonumber(arg[2]) do unused = kel.RigidBody(kelCollide.Geometry(kelCollide.Sphere(1))) end
+      sim:add(kelCollide.Geometry(kelCollide.Plane()))
+      local bodies = {}
+      for i = 0, 59 do
+        local shape = i % 3 == 0 and kelCollide.Sphere(0.25) or i % 3 == 1 and kelCollide.Box(0.25, 0.25, 0.25)
+          or kelCollide.Capsule(0.2, 0.3)
+        local body = kel.RigidBody(kelCollide.Geometry(shape))
+        body:setPosition(0.3 * (i % 4) + 0.01 * (i % 7), 0.4 * (math.floor(i / 4) % 3), 0.4 + 0.3 * math.floor(i / 4))
+        sim:add(body)
+        bodies[i + 1] = body
+      end
+      kel.AutoSleep(bodies[1]:getSystem()):setEnable(true)
+      for _ = 1, 150 do sim:stepForward() end
+      for _, body in ipairs(bodies) do
+        local p, r = body:getPosition(), body:getRotation()
+        print(("%.17g %.17g %.17g %.17g %.17g"):format(p:x(), p:y(), p:z(), r:x(), r:w()))
+      end]])
+    local first = kel(path .. " 1 0")
+    assert.equal("", first.err)
+    assert.equal(60, select(2, first.out:gsub("\n", "")))
+    for _, words in ipairs({ " 1 0", " 1 1000", " 2 17" }) do assert.equal(first.out, kel(path .. words).out) end
+  end)
+end)
+
 describe("a script that fails", function()
   local function fails(text, pattern)
     local run = kel(script(text))
