@@ -60,7 +60,7 @@ public:
     float m_restTime = 0;
     bool m_enabled = true;
     State m_state = AWAKE;
-    UInt64 m_feeling = 0; // all that the sleeping body feels, in short; 0 before it is known
+    UInt64 m_feeling = 0; // what the body felt last, in short; 0 before it is known
   };
 
   /// A dynamic, enabled body at the origin with a mass of 1 kg and an inertia of 1 kg m2 about all axes.

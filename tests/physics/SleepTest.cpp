@@ -137,7 +137,7 @@ const Alarm ALARMS[] = {
     {"Mass", [](Bedroom& s) { s.door->getMassProperties()->setMass(3); }, DOOR},
     {"Call", [](Bedroom& s) { sleepOf(s.pile[1]).setSleeping(false); }, PILE},
     {"Insomnia", [](Bedroom& s) { sleepOf(s.pile[1]).setEnable(false); }, PILE},
-    {"MotionControl", [](Bedroom& s) { s.pile[1]->setMotionControl(RigidBody::KINEMATICS); }, {1}},
+    {"MotionControl", [](Bedroom& s) { s.pile[1]->setMotionControl(RigidBody::KINEMATICS); }, PILE},
     {"Friction", [](Bedroom& s) { s.contact->setFrictionCoefficient(0); }, {0, 1, 2, 4}},
     {"Gravity", [](Bedroom& s) { s.simulation->setUniformGravity(Vec3(0, 0, -1)); }, ALL},
     {"Switch", [](Bedroom& s) { s.getSleep().setEnable(false); }, ALL},

@@ -48,11 +48,18 @@ UInt64 digestOf(const ContactMaterial& material)
   return digest.get();
 }
 
-void addPoint(Digest& digest, Index point)
+/// Adds the points of a contact; whether they drive one of its bodies.
+bool addPoints(Digest& digest, const GeometryContact& contact)
 {
   const ContactPointRows& points = ContactPointRows::instance();
-  digest.add(points.enabled[point]).add(points.point[point]).add(points.normal[point]);
-  digest.add(points.depth[point]);
+  bool drives = moves(contact.rigidBody(0)) || moves(contact.rigidBody(1));
+  for (std::size_t i = 0; i < contact.getNumPoints(); ++i) {
+    const Index point = contact.getPoint(i).getId();
+    digest.add(points.enabled[point]).add(points.point[point]).add(points.normal[point]);
+    digest.add(points.depth[point]);
+    drives = drives || points.velocity[point] != Vec3f();
+  }
+  return drives;
 }
 
 } // namespace
@@ -92,7 +99,7 @@ void Sleepers::findSleepers()
     if (!isAsleep(body) || !isNull(body->getVelocity()) || !isNull(body->getAngularVelocity()))
       m_asleep[m_islands.getRoot(node)] = 0;
   });
-  feel(m_asleep);
+  feel(m_asleep, PRECISELY);
   visitMovable([this](const ref_ptr<RigidBody>& body, Index node) {
     const UInt64 known = body->getAutoSleepProperties()->m_feeling;
     if (known && known != m_feelings[node]) m_asleep[m_islands.getRoot(node)] = 0;
@@ -104,13 +111,16 @@ void Sleepers::fallAsleep()
   if (!m_system->getAutoSleep()->getEnable()) return;
   m_drowsy.assign(m_bodies.size(), 1);
   m_drowsy[0] = 0;
+  for (Index node = 1; node < m_bodies.size(); ++node)
+    if (sleeps(node)) m_drowsy[m_islands.getRoot(node)] = 0;
+  feel(m_drowsy, ROUGHLY);
   visitMovable([this](const ref_ptr<RigidBody>& body, Index node) {
-    const Index root = m_islands.getRoot(node);
-    if (!m_asleep[root]) rest(*body);
+    if (sleeps(node)) return;
+    rest(*body, m_feelings[node]);
     if (body->getAutoSleepProperties()->getState() != RigidBody::AutoSleepProperties::TIRED)
-      m_drowsy[root] = 0;
+      m_drowsy[m_islands.getRoot(node)] = 0;
   });
-  feel(m_drowsy);
+  feel(m_drowsy, PRECISELY);
   visitMovable([this](const ref_ptr<RigidBody>& body, Index node) {
     if (!m_drowsy[m_islands.getRoot(node)]) return;
     stop(*body);
@@ -118,12 +128,15 @@ void Sleepers::fallAsleep()
   });
 }
 
-void Sleepers::rest(RigidBody& body) const
+void Sleepers::rest(RigidBody& body, UInt64 feeling) const
 {
   auto& sleep = *body.getAutoSleepProperties();
   const AutoSleepThreshold* threshold = body.getAutoSleepThreshold();
   if (!threshold) threshold = m_system->getAutoSleep()->getThreshold();
-  const bool rests = sleep.getEnable() && isSlow(body, *threshold);
+  // What has just lost its support is slow still.
+  const bool isSettled = sleep.m_feeling == 0 || sleep.m_feeling == feeling;
+  const bool rests = sleep.getEnable() && isSettled && isSlow(body, *threshold);
+  sleep.m_feeling = feeling;
   sleep.m_restTime = rests ? sleep.m_restTime + static_cast<float>(m_timeStep) : 0;
   const bool isTired = rests && sleep.m_restTime >= threshold->getTime();
   sleep.m_state = isTired ? RigidBody::AutoSleepProperties::TIRED : RigidBody::AutoSleepProperties::AWAKE;
@@ -139,51 +152,61 @@ void Sleepers::stop(RigidBody& body)
   rows.acceleration[row] = rows.angularAcceleration[row] = Vec3();
 }
 
-void Sleepers::feel(Roots& roots)
+void Sleepers::feel(Roots& roots, Detail detail)
 {
   if (std::find(roots.begin(), roots.end(), 1) == roots.end()) return;
   m_feelings.assign(m_bodies.size(), 0);
-  feelBodies(roots);
-  feelConstraints(roots);
-  feelContacts(roots);
+  feelBodies(roots, detail);
+  feelConstraints(roots, detail);
+  feelContacts(roots, detail);
 }
 
-void Sleepers::feelBodies(const Roots& roots)
+void Sleepers::feelBodies(const Roots& roots, Detail detail)
 {
   const BodyRows& rows = BodyRows::instance();
   visitMovable([&](const ref_ptr<RigidBody>& body, Index node) {
     if (!roots[m_islands.getRoot(node)]) return;
     const Index row = body->getEntity().calculateIndex();
     Digest digest;
-    digest.add(rows.cmTransform[row]).add(rows.state[row]).add(m_system->getUniformGravity());
-    digest.add(rows.force[row]).add(rows.torque[row]).add(rows.mass[row]).add(rows.inverseInertia[row]);
+    digest.add(rows.state[row]).add(rows.mass[row]).add(rows.inverseInertia[row]);
+    digest.add(m_system->getUniformGravity());
+    if (detail == ROUGHLY) // the last digits of a spring's force never settle
+      digest.add(Vec3f(rows.force[row])).add(Vec3f(rows.torque[row]));
+    else
+      digest.add(rows.force[row]).add(rows.torque[row]).add(rows.cmTransform[row]);
     m_feelings[node] = digest.get();
   });
 }
 
-void Sleepers::feelConstraints(Roots& roots)
+void Sleepers::feelConstraints(Roots& roots, Detail detail)
 {
   const auto& constraints = m_system->getConstraints();
   for (std::size_t i = 0; i < constraints.size(); ++i) {
     const Index root = m_islands.getItemRoot(i);
     if (!roots[root]) continue;
-    m_rows.clear();
-    constraints[i]->rows(m_timeStep, m_rows);
     Digest digest;
-    for (const ConstraintRow& row : m_rows) {
-      addRow(digest, row);
-      const bool drives = row.form == ConstraintRow::NON_HOLONOMIC && row.target != 0;
-      if (drives || moves(row.bodies[0]) || moves(row.bodies[1])) roots[root] = 0;
-    }
-    // The sums of what bodies feel must not depend on the order in which it is found.
+    digest.add(constraints[i].get());
+    if (detail == PRECISELY && addRows(digest, *constraints[i])) roots[root] = 0;
     for (std::size_t k = 0; k < constraints[i]->getNumBodies(); ++k)
       m_feelings[m_bodies.movableIndexOf(constraints[i]->getBodyAt(k))] += digest.get();
   }
 }
 
-void Sleepers::feelContacts(Roots& roots)
+bool Sleepers::addRows(Digest& digest, Constraint& constraint)
 {
-  const ContactPointRows& points = ContactPointRows::instance();
+  m_rows.clear();
+  constraint.rows(m_timeStep, m_rows);
+  bool drives = false;
+  for (const ConstraintRow& row : m_rows) {
+    addRow(digest, row);
+    drives = drives || (row.form == ConstraintRow::NON_HOLONOMIC && row.target != 0) ||
+             moves(row.bodies[0]) || moves(row.bodies[1]);
+  }
+  return drives;
+}
+
+void Sleepers::feelContacts(Roots& roots, Detail detail)
+{
   const std::size_t numConstraints = m_system->getConstraints().size();
   const ContactMaterial* material = nullptr; // of the contact before: many have the same
   UInt64 materialDigest = 0;
@@ -191,23 +214,25 @@ void Sleepers::feelContacts(Roots& roots)
     const Index root = m_islands.getItemRoot(numConstraints + i);
     if (!roots[root]) continue;
     const GeometryContact& contact = m_contacts[i];
-    Digest digest;
-    digest.add(contact.geometry(0)).add(contact.geometry(1));
     if (const ContactMaterial* next = contact.getMaterial(); next != material) {
       material = next;
       materialDigest = next ? digestOf(*next) : 0;
     }
+    Digest digest;
     digest.add(materialDigest);
-    for (std::size_t k = 0; k < contact.getNumPoints(); ++k) {
-      const Index point = contact.getPoint(k).getId();
-      addPoint(digest, point);
-      if (points.velocity[point] != Vec3f()) roots[root] = 0;
-    }
-    for (std::size_t side = 0; side < 2; ++side) {
-      const RigidBody* body = contact.rigidBody(side);
-      if (moves(body)) roots[root] = 0;
-      m_feelings[m_bodies.movableIndexOf(body)] += digest.get();
-    }
+    addSides(digest, contact);
+    if (detail == PRECISELY && addPoints(digest, contact)) roots[root] = 0;
+    for (std::size_t side = 0; side < 2; ++side)
+      m_feelings[m_bodies.movableIndexOf(contact.rigidBody(side))] += digest.get();
+  }
+}
+
+void Sleepers::addSides(Digest& digest, const GeometryContact& contact) const
+{
+  for (std::size_t side = 0; side < 2; ++side) {
+    const kelCollide::Geometry* geometry = contact.geometry(side);
+    digest.add(geometry).add(geometry->getSurfaceVelocity());
+    if (m_bodies.movableIndexOf(contact.rigidBody(side)) == 0) digest.add(geometry->getTransform());
   }
 }
 

@@ -35,15 +35,25 @@ private:
   /// For each root, whether its island is meant.
   using Roots = std::vector<char>;
 
+  /// What counts as a feeling: all, bit for bit, or what does not tremble while a body comes to rest.
+  enum Detail
+  {
+    ROUGHLY,
+    PRECISELY
+  };
+
   template <class Visit> void visitMovable(Visit visit) const;
   void findSleepers();
-  void rest(RigidBody& body) const;
+  void rest(RigidBody& body, UInt64 feeling) const;
   static void stop(RigidBody& body);
-  /// Finds what the bodies of some islands feel, and takes the islands out that something drives.
-  void feel(Roots& roots);
-  void feelBodies(const Roots& roots);
-  void feelConstraints(Roots& roots);
-  void feelContacts(Roots& roots);
+  /// Finds what the bodies of some islands feel. Precisely, it takes the islands out that something drives.
+  void feel(Roots& roots, Detail detail);
+  void feelBodies(const Roots& roots, Detail detail);
+  void feelConstraints(Roots& roots, Detail detail);
+  void feelContacts(Roots& roots, Detail detail);
+  /// Adds the rows of a constraint; whether they drive one of its bodies.
+  bool addRows(Digest& digest, Constraint& constraint);
+  void addSides(Digest& digest, const kelCollide::GeometryContact& contact) const;
 
   const SolverBodies& m_bodies;
   const Islands& m_islands;
