@@ -1,7 +1,9 @@
+#include "Pair.h"
 #include "kelCollide/Box.h"
 #include "kelCollide/Capsule.h"
 #include "kelCollide/Cylinder.h"
 #include "kelCollide/Line.h"
+#include "kelCollide/Plane.h"
 #include "kelCollide/WireShape.h"
 #include "meshes.h"
 #include <cmath>
@@ -214,6 +216,19 @@ TEST(Mesh, FollowsDataThatChange)
   kel::UInt32Vector found;
   mesh->calculateTrianglesInBound(BoundingAABB(Vec3(1.9, -1, -1), Vec3(3, 1, 1)), found);
   EXPECT_EQ(found.size(), 2u);
+
+  const kel::ref_ptr<Trimesh> sharing = mesh->shallowCopy();
+  const_cast<CollisionMeshData*>(mesh->getMeshData())->getIndices() = indicesOf({0, 2, 1});
+  mesh->updateMeshGeometry(true, false);
+  kel::UInt32Vector left;
+  sharing->calculateTrianglesInBound(BoundingAABB(Vec3(-9), Vec3(9)), left);
+  EXPECT_EQ(left.size(), 1u);
+
+  const kel::ref_ptr<Convex> hull = boxHull(Vec3(1, 1, 1));
+  for (Vec3& vertex : const_cast<CollisionMeshData*>(hull->getMeshData())->getVertices()) vertex *= 2;
+  hull->updateMeshGeometry(false);
+  Pair pair(new Plane, hull.get());
+  EXPECT_EQ(pair.pointsAt(Vec3(0, 0, 1.99)).size(), 4u);
 }
 
 TEST(Mesh, QueriesFindTheTrianglesThere)

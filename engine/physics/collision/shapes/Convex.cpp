@@ -35,6 +35,12 @@ Convex::Convex(const Convex& other, CollisionMeshData* data) : Trimesh(other, da
 
 Convex::~Convex() = default;
 
+void Convex::updateMeshGeometry(bool connectivity, bool warn)
+{
+  m_hull = Hull::of(getMeshData()->getVertices());
+  Trimesh::updateMeshGeometry(connectivity, warn);
+}
+
 kel::Vec3 Convex::getSupportPoint(const kel::Vec3& direction) const
 {
   const kel::Vec3Vector& vertices = getMeshData()->getVertices();
