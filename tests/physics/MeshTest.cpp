@@ -313,4 +313,41 @@ TEST(Convex, SupportPointsAreTheFirstOfTheFurthestVertices)
   EXPECT_EQ(box->getSupportPoint(Vec3(1, -1, 1)), Vec3(1, -2, 3));
 }
 
+TEST(Convex, HullsOfManyPointsHaveAllTheirFaces)
+{
+  constexpr int sides = 200; // neighbours nearly look alike
+  kel::Vec3Vector drum;
+  for (int i = 0; i < 2 * sides; ++i) {
+    const Real angle = i / 2 * (2 * std::numbers::pi / sides);
+    drum.push_back(Vec3(std::cos(angle), std::sin(angle), i % 2));
+  }
+  const kel::ref_ptr<Convex> prism = new Convex(drum, kel::UInt32Vector(), "drum");
+  EXPECT_NEAR(prism->getVolume(), sides / 2 * std::sin(2 * std::numbers::pi / sides), 1e-9);
+}
+
+TEST(Convex, PointsInsideItsFacesAreNoCorners)
+{
+  const kel::AffineMatrix4x4 turned(kel::Quat(0.7, Vec3(1, 2, 3).normal()), Vec3());
+  kel::Vec3Vector cube;
+  kel::Vec3Vector plate;
+  plate.push_back(Vec3());
+  for (int i = 0; i < 125; ++i) {
+    const Vec3 point(i % 5 - 2, i / 5 % 5 - 2, i / 25 - 2);
+    cube.push_back(turned.transformPoint(point));
+    if (i < 25) plate.push_back(point + Vec3(0, 0, 2));
+  }
+  for (const bool isCube : {true, false}) {
+    auto* hull = new Convex(isCube ? cube : plate, kel::UInt32Vector(), "grid", Trimesh::NO_WARNINGS);
+    Pair pair(new Box(3, 3, 1), hull);
+    EXPECT_NEAR(hull->getVolume(), isCube ? 64 : 0, 1e-9);
+    const auto points = isCube ? pair.pointsAt(Vec3(0, 0, 2.999), turned.getRotate().inverse())
+                               : pair.pointsAt(Vec3(0, 0, 0.999));
+    ASSERT_EQ(points.size(), 4u);
+    for (const ContactPoint& point : points) {
+      EXPECT_NEAR(std::fabs(point.point().x()), 2, 1e-3);
+      EXPECT_NEAR(std::fabs(point.point().y()), 2, 1e-3);
+    }
+  }
+}
+
 } // namespace

@@ -14,12 +14,13 @@ struct Hull
   {
     std::vector<std::size_t> corners; ///< of `points`, counter-clockwise when seen from outside
     kel::Vec3 normal;                 ///< unit, outward
+    kel::Real height;                 ///< of the plane above the origin, along the normal
   };
 
-  std::vector<kel::Vec3> points;    ///< corners of the hull alone
+  std::vector<kel::Vec3> points;    ///< corners of the hull, and some on its faces
   std::vector<kel::UInt32> origins; ///< for each of them its index among the points given
   std::vector<Polygon> polygons;
-  kel::Vec3 center; ///< mean of the corners
+  kel::Vec3 center; ///< mean of the points
 
   /// The corner that lies furthest along a direction; the hull must have one.
   kel::Vec3 support(const kel::Vec3& direction) const;
@@ -31,6 +32,8 @@ struct Hull
 
 private:
   void buildPolyhedron(const kel::Vec3Vector& given, const std::vector<kel::UInt32>& usable, kel::Real size);
+  /// Whether all of some corners lie in a face that looks about that way.
+  bool hasFace(const std::vector<std::size_t>& corners, const kel::Vec3& normal, kel::Real tolerance) const;
   void addPolygon(const kel::Vec3& normal, kel::Real height, kel::Real tolerance);
 };
 
