@@ -107,16 +107,17 @@ Vec3 Hull::support(const Vec3& direction) const
   return *best;
 }
 
+void Hull::addTriangles(const std::vector<std::size_t>& corners, kel::UInt32Vector& indices) const
+{
+  for (std::size_t i = 2; i < corners.size(); ++i)
+    for (const std::size_t corner : {corners[0], corners[i - 1], corners[i]})
+      indices.push_back(origins[corner]);
+}
+
 kel::UInt32Vector Hull::triangles() const
 {
   kel::UInt32Vector indices;
-  for (const Polygon& polygon : polygons) {
-    for (std::size_t i = 2; i < polygon.corners.size(); ++i) {
-      indices.push_back(origins[polygon.corners[0]]);
-      indices.push_back(origins[polygon.corners[i - 1]]);
-      indices.push_back(origins[polygon.corners[i]]);
-    }
-  }
+  for (const Polygon& polygon : polygons) addTriangles(polygon.corners, indices);
   return indices;
 }
 
@@ -141,6 +142,7 @@ std::shared_ptr<const Hull> Hull::of(const kel::Vec3Vector& given)
       const Vec3 normal = cross(given[extremes[1]] - a, given[extremes[2]] - a).normal();
       hull->addPolygon(normal, normal * a, COPLANAR * size);
       hull->addPolygon(-normal, -(normal * a), COPLANAR * size);
+      hull->facets = hull->triangles();
     }
   }
   for (const Vec3& point : hull->points) hull->center += point / static_cast<Real>(hull->points.size());
@@ -160,6 +162,7 @@ void Hull::buildPolyhedron(const kel::Vec3Vector& given, const std::vector<UInt3
   }
   for (int i = 0; i < computer.faces.size(); ++i) {
     const std::vector<std::size_t> corners = cornersOf(computer, i);
+    addTriangles(corners, facets);
     const Vec3 origin = points[corners[0]];
     Vec3 area;
     for (std::size_t k = 2; k < corners.size(); ++k)
