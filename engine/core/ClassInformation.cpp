@@ -21,7 +21,7 @@ std::size_t lastOutside(std::string_view text, std::string_view characters)
 kel::String takeLast(std::string_view& text)
 {
   const std::size_t colon = lastOutside(text, ":");
-  const kel::String last(text.substr(colon == text.npos ? 0 : colon + 1));
+  kel::String last(text.substr(colon == text.npos ? 0 : colon + 1));
   text = text.substr(0, colon == text.npos || colon == 0 ? 0 : colon - 1);
   return last;
 }

@@ -24,18 +24,13 @@ public:
   SetVector(const SetVector&) = delete;
   SetVector& operator=(const SetVector&) = delete;
 
+  using Base::at;
   using Base::back;
   using Base::capacity;
   using Base::empty;
   using Base::front;
   using Base::size;
 
-  /// The element of an index; one that is not below the size ends the process.
-  const T& at(UInt64 index) const
-  {
-    if (index >= this->m_size) failIndex(__LINE__, index, this->m_size);
-    return (*this)[index];
-  }
   /// Appends an element that is not here yet; one that is keeps its place. Its address, a view.
   const T* push_back(const T& element)
   {

@@ -51,6 +51,11 @@ public:
   using const_iterator = const T*;
 
   explicit VectorStorage(const Allocator& allocator = Allocator()) : m_allocator(allocator) {}
+  /// That many default elements.
+  explicit VectorStorage(UInt64 count, const Allocator& allocator = Allocator()) : VectorStorage(allocator)
+  {
+    resize(count);
+  }
   VectorStorage(const VectorStorage& other) : VectorStorage(other.m_allocator)
   {
     reserve(other.m_size);
@@ -88,6 +93,12 @@ public:
   const T& operator[](UInt64 index) const { return m_buffer[index]; }
   const T& front() const { return m_buffer[0]; }
   const T& back() const { return m_buffer[m_size - 1]; }
+  /// The element of an index; one that is not below the size ends the process.
+  const T& at(UInt64 index) const
+  {
+    if (index >= m_size) failIndex(__LINE__, index, m_size);
+    return m_buffer[index];
+  }
 
   /// Appends a copy; a full buffer grows to twice the size, computed in single precision.
   void push_back(const T& element)
@@ -186,18 +197,7 @@ class VectorPOD : public VectorStorage<T, Allocator, PodElements<T>>
 
 public:
   using Base::Base;
-  /// That many default elements.
-  explicit VectorPOD(UInt64 count, const Allocator& allocator = Allocator()) : Base(allocator)
-  {
-    this->resize(count);
-  }
 
-  /// The element of an index; one that is not below the size ends the process.
-  const T& at(UInt64 index) const
-  {
-    if (index >= m_size) failIndex(__LINE__, index, m_size);
-    return (*this)[index];
-  }
   /// Drops the last element. Of an empty vector the size wraps to the largest one.
   void pop_back() { --m_size; }
   /// Drops an element, not tested. Of an empty vector the size wraps to the largest one.
@@ -232,18 +232,7 @@ class Vector : public VectorStorage<T, Allocator, ObjectElements<T>>
 
 public:
   using Base::Base;
-  /// That many default elements.
-  explicit Vector(UInt64 count, const Allocator& allocator = Allocator()) : Base(allocator)
-  {
-    this->resize(count);
-  }
 
-  /// The element of an index; one that is not below the size ends the process.
-  const T& at(UInt64 index) const
-  {
-    if (index >= m_size) failIndex(__LINE__, index, m_size);
-    return (*this)[index];
-  }
   /// The index of the first equal element, the size if there is none.
   template <class U> UInt64 find(const U& element) const
   {

@@ -1,8 +1,12 @@
 #pragma once
 #include "kel/SPDMatrix3x3.h"
 #include "kelCollide/MeshData.h"
+#include <algorithm>
+#include <memory>
 
 namespace kelCollide {
+
+class AabbTree;
 
 /// A mesh with what collision detection and dynamics need of it. Meshes may share one.
 class CollisionMeshData : public MeshData
@@ -19,6 +23,8 @@ public:
   /// without area stay and have a null normal. Vertices in the same place count as one for the neighbours,
   /// which are looked for again where `connectivity` says so or the number of indices has changed.
   void update(bool connectivity = true);
+  /// Builds the tree for the triangles that have an area as they are now.
+  void buildTree();
 
   /// Whether there are triples of indices, all of vertices, and these are finite.
   bool hasUsableNumbers() const;
@@ -30,6 +36,8 @@ public:
   /// For edge e of triangle t, at 3 t + e: the half edge of the neighbour, in the same numbers, or NO_EDGE.
   const kel::UInt32Vector& getHalfEdges() const { return m_halfEdges; }
   bool hasHalfEdge() const { return !m_halfEdges.empty(); }
+  /// The tree of the triangles' boxes by their numbers, as of the last `buildTree`, null before. Not owned.
+  const AabbTree* getTree() const { return m_tree.get(); }
 
   /// Whether there is a triangle with an area, and all indices and vertices can be used.
   bool isValid() const { return m_isValid; }
@@ -42,9 +50,9 @@ public:
   /// Volume, m3; negative for a closed mesh whose triangles look inward, 0 for an open mesh.
   kel::Real getVolume() const { return m_volume; }
 
-  /// How far below the surface of a terrain things are still pushed up, m.
+  /// How far below the surface of a terrain things are still pushed up, m; one below 0 counts as 0.
   kel::Real getBottomMargin() const { return m_bottomMargin; }
-  void setBottomMargin(kel::Real margin) { m_bottomMargin = margin; }
+  void setBottomMargin(kel::Real margin) { m_bottomMargin = std::max(0.0, margin); }
   /// Whether the mesh is a ground that is solid below.
   bool isTerrain() const { return m_isTerrain; }
   void setTerrain(bool terrain) { m_isTerrain = terrain; }
@@ -63,6 +71,7 @@ private:
   kel::Vec3Vector m_normals;
   kel::RealVector m_maximumEdgeLengths;
   kel::UInt32Vector m_halfEdges;
+  std::shared_ptr<const AabbTree> m_tree;
   kel::Real m_totalMaximumEdgeLength = 0;
   kel::SPDMatrix3x3 m_inertia = kel::SPDMatrix3x3(kel::Vec3());
   kel::Vec3 m_center;

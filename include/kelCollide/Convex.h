@@ -1,5 +1,6 @@
 #pragma once
 #include "kelCollide/Trimesh.h"
+#include <memory>
 
 namespace kelCollide {
 
@@ -23,6 +24,8 @@ public:
   /// A shape with data of its own. To be owned.
   Convex* deepCopy() const override { return new Convex(*this, getMeshData()->deepCopy()); }
 
+  /// Makes the hull anew, too; copies keep the one that they have until they are updated.
+  void updateMeshGeometry(bool connectivity, bool warn = true) override;
   bool hasSupportFunction() const override { return true; }
   /// The vertex that lies furthest along a direction, the first of several; null without vertices.
   kel::Vec3 getSupportPoint(const kel::Vec3& direction) const override;

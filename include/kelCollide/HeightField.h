@@ -101,7 +101,7 @@ public:
   bool isValidAndClosed() const override { return false; }
   bool isTerrain() const override { return true; }
   kel::Real getBottomMargin() const override { return m_bottomMargin; }
-  void setBottomMargin(kel::Real margin) override { m_bottomMargin = margin; }
+  void setBottomMargin(kel::Real margin) override;
   void calculateTrianglesInBound(const BoundingAABB& bound, kel::UInt32Vector& triangles) const override;
   BoundingAABB calculateLocalBound() const override;
   kel::String getClassName() const override { return "HeightField"; }

@@ -42,7 +42,7 @@ public:
   virtual bool isValidAndClosed() const = 0;
   /// Whether the mesh is a ground that is solid below.
   virtual bool isTerrain() const = 0;
-  /// How far below the surface of a terrain things are still pushed up, m.
+  /// How far below the surface of a terrain things are still pushed up, m; one below 0 counts as 0.
   virtual kel::Real getBottomMargin() const = 0;
   virtual void setBottomMargin(kel::Real margin) = 0;
   bool isValidEdgeIndex(std::size_t globalEdge) const { return globalEdge < 3 * getNumTriangles(); }

@@ -2,7 +2,6 @@
 #include "kel/ref_ptr.h"
 #include "kelCollide/CollisionMeshData.h"
 #include "kelCollide/Mesh.h"
-#include <memory>
 
 namespace kelCollide {
 
@@ -33,7 +32,7 @@ public:
   virtual Trimesh* deepCopy() const { return new Trimesh(*this, m_data->deepCopy()); }
   /// Brings the mesh up to data that have changed. Neighbours are looked for again where `connectivity` says
   /// so or the number of indices has changed; warnings are logged where `warn` says so.
-  void updateMeshGeometry(bool connectivity, bool warn = true);
+  virtual void updateMeshGeometry(bool connectivity, bool warn = true);
 
   kel::UInt32 getOptionsMask() const { return m_options; }
   const kel::String& getSourceName() const { return m_sourceName; }
@@ -62,18 +61,18 @@ public:
   bool isValidAndClosed() const override { return m_data->isValid() && m_data->isClosed(); }
   bool isTerrain() const override { return m_data->isTerrain(); }
   kel::Real getBottomMargin() const override { return m_data->getBottomMargin(); }
-  void setBottomMargin(kel::Real margin) override { m_data->setBottomMargin(margin); }
+  void setBottomMargin(kel::Real margin) override;
   const CollisionMeshData* getMeshData() const override { return m_data.get(); }
   void calculateTrianglesInBound(const BoundingAABB& bound, kel::UInt32Vector& triangles) const override;
   void calculatePossibleTriangleOverlapsAlongLineSegment(const kel::Vec3& start, const kel::Vec3& end,
                                                          kel::UInt32Vector& triangles) const override;
   /// The tree by which triangles are found. Not owned.
-  const AabbTree* getBvhTree() const { return m_tree.get(); }
+  const AabbTree* getBvhTree() const { return m_data->getTree(); }
 
   kel::Vec3 getCenter() const override { return m_data->getCenter(); }
   kel::Real getVolume() const override { return m_data->getVolume(); }
   kel::SPDMatrix3x3 calculateInertia(kel::Real mass) const override { return m_data->getInertia() * mass; }
-  BoundingAABB calculateLocalBound() const override { return m_data->getBound(); }
+  BoundingAABB calculateLocalBound() const override;
   kel::String getClassName() const override { return "Trimesh"; }
 
 protected:
@@ -87,13 +86,11 @@ protected:
 private:
   void applyOptions();
   void repair(bool warn);
-  void buildTree();
 
   kel::ref_ptr<CollisionMeshData> m_data;
   kel::UInt32 m_options;
   kel::String m_sourceName;
   kel::String m_warnings;
-  std::shared_ptr<const AabbTree> m_tree;
 };
 
 } // namespace kelCollide

@@ -3,7 +3,6 @@
 #include "kel/IndexRange32.h"
 #include "kel/ref_ptr.h"
 #include "kelData/Value.h"
-#include <algorithm>
 #include <cstddef>
 
 namespace kelData {
@@ -59,7 +58,7 @@ class Buffer : public kel::Component
 public:
   /// Elements that a buffer can ever hold, unless it asks for another bound.
   static constexpr std::size_t MAX_SIZE = std::size_t(1) << 24;
-  /// What a full buffer of a C++ type multiplies its capacity by.
+  /// What a full buffer of a C++ type multiplies its capacity by, as far as its bound lets it.
   static constexpr double CAPACITY_MULTIPLIER = 2;
 
   /// An empty buffer; from null one without elements of any kind, whose elements no call makes.
@@ -137,6 +136,7 @@ protected:
 private:
   friend class EntityStorage;
   void requireOwnSize() const;
+  std::size_t bound() const { return m_reservedBytes / m_elementSize; }
   std::size_t getNumValues() const { return m_elementSize / m_format->getElementSize(); }
   void reserveAddresses();
   void setSize(std::size_t size);
@@ -172,15 +172,8 @@ public:
   const T& front() const { return elements()[0]; }
   const T& back() const { return elements()[getRange().size() - 1]; }
   bool empty() const { return getRange().empty(); }
-  /// Adds an element.
-  void push_back(const T& element)
-  {
-    if (size() == capacity()) {
-      const auto wanted = static_cast<std::size_t>(static_cast<double>(size()) * CAPACITY_MULTIPLIER);
-      reserve(std::max<std::size_t>(wanted, 4));
-    }
-    append(&element);
-  }
+  /// Adds an element; throws `std::length_error` where the bound is reached.
+  void push_back(const T& element) { append(&element); }
 
 private:
   T* elements() const { return reinterpret_cast<T*>(Buffer::at(getRange().begin)); }

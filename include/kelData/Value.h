@@ -35,7 +35,8 @@ public:
   /// The format; null if the value has none yet. Not owned.
   Format* getFormat() { return m_data.format; }
   const Format* getFormat() const { return m_data.format; }
-  /// Stores the element in another format of the same type; null does nothing. Throws for another type.
+  /// Stores the element in another format of the same type; null does nothing. Throws for another type, and
+  /// for a text in place of a number that follows an expression.
   void setFormat(const Format* format);
 
   /// The element, good until the format changes; null without a format. What is written there, nobody

@@ -28,15 +28,6 @@ TEST(Bound, OverlapIsWhatBothContain)
   }
 }
 
-TEST(Bound, GrowsAboutItsMiddle)
-{
-  const Bound2 bound(Vec2(1, 2), Vec2(3, 6));
-  EXPECT_EQ((bound * 2).min(), Vec2(0, 0));
-  EXPECT_EQ((bound * 2).max(), Vec2(4, 8));
-  EXPECT_FALSE((bound * -1).isValid());
-  EXPECT_EQ((Bound1(1, 3) * 0).mid(), 2);
-}
-
 TEST(Bound, IsValidWithoutExtentAndNotWithNaN)
 {
   EXPECT_TRUE(Bound3().isValid());

@@ -61,19 +61,6 @@ TEST(EntityStorage, HolesOfHeldRowsAreReusedWithDefaultsAndNewIds)
   ball.storage->verifyConsistency();
 }
 
-TEST(EntityStorage, WithoutTableTheIdIsTheRow)
-{
-  Ball ball;
-  ball.storage->setUseInstanceTable(false);
-  for (kel::UInt32 i = 0; i < 4; ++i) EXPECT_EQ(ball.storage->createInstance().getId(), i);
-  ball.storage->destroyInstance(1);
-  EXPECT_EQ(ball.storage->idToIndex(1), EntityStorage::NO_INDEX);
-  EXPECT_EQ(ball.storage->idToIndex(3), 3u);
-  EXPECT_FALSE(ball.storage->getInstances().at(1).isValid());
-  EXPECT_EQ(ball.storage->createInstance().getId(), 1u);
-  ball.storage->verifyConsistency();
-}
-
 TEST(EntityStorage, ManyInstancesLieInOneRange)
 {
   Ball ball;

@@ -151,18 +151,4 @@ TEST(EulerAngles, TakeAnyCodeAndAnyNumber)
   EXPECT_THROW(angles[std::size_t(-1)], std::out_of_range);
 }
 
-TEST(EulerAngles, KeepTheirConventionUnlessGivenOne)
-{
-  EulerAngles angles(EulerConvention::ZXZr);
-  angles.set(1, 2, 3);
-  const Quat q(angles);
-  angles.set(Quat());
-  EXPECT_EQ(angles.getOrder().getConvention(), EulerConvention::ZXZr);
-  q.get(angles);
-  EXPECT_NEAR(angles.y(), 2, 1e-14);
-  angles.set(q, EulerConvention::XYZs);
-  EXPECT_EQ(angles.getOrder().getConvention(), EulerConvention::XYZs);
-  EXPECT_LT(difference(Quat(angles), q), 1e-14);
-}
-
 } // namespace

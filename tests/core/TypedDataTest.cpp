@@ -137,6 +137,11 @@ TEST(TypedData, BuffersGrowByTheirMultiplier)
   EXPECT_THROW(buffer->reserve(Buffer::MAX_SIZE * 2), std::length_error);
   EXPECT_THROW(buffer->resize(~std::size_t(0)), std::length_error);
   EXPECT_TRUE(buffer->empty());
+  const ref_ptr<kel::UInt8Buffer> bytes = new kel::UInt8Buffer;
+  bytes->resize(Buffer::MAX_SIZE - 1, false);
+  bytes->push_back(1);
+  EXPECT_EQ(bytes->size(), Buffer::MAX_SIZE);
+  EXPECT_THROW(bytes->push_back(1), std::length_error);
 }
 
 TEST(TypedData, BuffersTellTheirSizesAndChanges)

@@ -77,6 +77,17 @@ TEST_F(Wheel, ExpressionsFollowWhatTheyName)
   EXPECT_EQ(counts->toString(), "2 5 9223372036854775807");
 }
 
+TEST_F(Wheel, FormulasNameTextsAsNoNumbersAndAreNone)
+{
+  length->setExpression("2*r");
+  EXPECT_EQ(failure([&] { length->setFormat(length->getType()->getFormat("ascii")); }),
+            "Value 'length' follows an expression and cannot become a text.");
+  r->setFormat(r->getType()->getFormat("ascii"));
+  Value::copy(*r, *ref_ptr<kel::RealValue>(new kel::RealValue(3)));
+  EXPECT_EQ(r->toString(), "3");
+  EXPECT_EQ(length->toString(), "nan");
+}
+
 TEST_F(Wheel, BadExpressionsTellThePlace)
 {
   length->setExpression("r");

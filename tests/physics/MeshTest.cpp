@@ -1,7 +1,9 @@
+#include "Pair.h"
 #include "kelCollide/Box.h"
 #include "kelCollide/Capsule.h"
 #include "kelCollide/Cylinder.h"
 #include "kelCollide/Line.h"
+#include "kelCollide/Plane.h"
 #include "kelCollide/WireShape.h"
 #include "meshes.h"
 #include <cmath>
@@ -214,6 +216,19 @@ TEST(Mesh, FollowsDataThatChange)
   kel::UInt32Vector found;
   mesh->calculateTrianglesInBound(BoundingAABB(Vec3(1.9, -1, -1), Vec3(3, 1, 1)), found);
   EXPECT_EQ(found.size(), 2u);
+
+  const kel::ref_ptr<Trimesh> sharing = mesh->shallowCopy();
+  const_cast<CollisionMeshData*>(mesh->getMeshData())->getIndices() = indicesOf({0, 2, 1});
+  mesh->updateMeshGeometry(true, false);
+  kel::UInt32Vector left;
+  sharing->calculateTrianglesInBound(BoundingAABB(Vec3(-9), Vec3(9)), left);
+  EXPECT_EQ(left.size(), 1u);
+
+  const kel::ref_ptr<Convex> hull = boxHull(Vec3(1, 1, 1));
+  for (Vec3& vertex : const_cast<CollisionMeshData*>(hull->getMeshData())->getVertices()) vertex *= 2;
+  hull->updateMeshGeometry(false);
+  Pair pair(new Plane, hull.get());
+  EXPECT_EQ(pair.pointsAt(Vec3(0, 0, 1.99)).size(), 4u);
 }
 
 TEST(Mesh, QueriesFindTheTrianglesThere)
@@ -296,6 +311,45 @@ TEST(Convex, SupportPointsAreTheFirstOfTheFurthestVertices)
   const kel::ref_ptr<Convex> box = boxHull(Vec3(1, 2, 3));
   EXPECT_EQ(box->getSupportPoint(Vec3()), box->getVertex(0));
   EXPECT_EQ(box->getSupportPoint(Vec3(1, -1, 1)), Vec3(1, -2, 3));
+}
+
+TEST(Convex, HullsOfManyPointsHaveNoHoles)
+{
+  const kel::AffineMatrix4x4 turned(kel::Quat(0.7, Vec3(1, 2, 3).normal()), Vec3());
+  for (int sides = 5; sides < 400; sides += 13) { // neighbours of many nearly look alike
+    kel::Vec3Vector drum;
+    for (int i = 0; i < 2 * sides; ++i) {
+      const Real angle = i / 2 * (2 * std::numbers::pi / sides);
+      drum.push_back(turned.transformPoint(Vec3(std::cos(angle), std::sin(angle), i % 2)));
+    }
+    const kel::ref_ptr<Convex> prism = new Convex(drum, kel::UInt32Vector(), "drum", Trimesh::NO_WARNINGS);
+    EXPECT_NEAR(prism->getVolume(), sides / 2.0 * std::sin(2 * std::numbers::pi / sides), 1e-4) << sides;
+  }
+}
+
+TEST(Convex, PointsInsideItsFacesAreNoCorners)
+{
+  const kel::AffineMatrix4x4 turned(kel::Quat(0.7, Vec3(1, 2, 3).normal()), Vec3());
+  kel::Vec3Vector cube;
+  kel::Vec3Vector plate;
+  plate.push_back(Vec3());
+  for (int i = 0; i < 125; ++i) {
+    const Vec3 point(i % 5 - 2, i / 5 % 5 - 2, i / 25 - 2);
+    cube.push_back(turned.transformPoint(point));
+    if (i < 25) plate.push_back(point + Vec3(0, 0, 2));
+  }
+  for (const bool isCube : {true, false}) {
+    auto* hull = new Convex(isCube ? cube : plate, kel::UInt32Vector(), "grid", Trimesh::NO_WARNINGS);
+    Pair pair(new Box(3, 3, 1), hull);
+    EXPECT_NEAR(hull->getVolume(), isCube ? 64 : 0, 1e-9);
+    const auto points = isCube ? pair.pointsAt(Vec3(0, 0, 2.999), turned.getRotate().inverse())
+                               : pair.pointsAt(Vec3(0, 0, 0.999));
+    ASSERT_EQ(points.size(), 4u);
+    for (const ContactPoint& point : points) {
+      EXPECT_NEAR(std::fabs(point.point().x()), 2, 1e-3);
+      EXPECT_NEAR(std::fabs(point.point().y()), 2, 1e-3);
+    }
+  }
 }
 
 } // namespace

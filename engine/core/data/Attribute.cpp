@@ -1,6 +1,6 @@
 #include "kelData/Attribute.h"
+#include "formats.h"
 #include "kelData/EntityPtr.h"
-#include <cmath>
 #include <cstring>
 #include <stdexcept>
 
@@ -13,14 +13,6 @@ constexpr double MAX_ELEMENTS = 1024; // keeps the address space of a storage's 
 const Format* firstFormat(const Type* type)
 {
   return type && !type->getFormats().empty() ? type->getFormats().front().get() : nullptr;
-}
-
-/// The first scalar of a value; NaN if it is no number.
-double scalarOf(const Value& value)
-{
-  const Format* format = value.getFormat();
-  const auto get = format ? format->getImplementation().getScalar : nullptr;
-  return get ? get(value.ptr(), 0) : NAN;
 }
 
 } // namespace

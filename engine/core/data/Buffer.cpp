@@ -1,5 +1,6 @@
 #include "kelData/Buffer.h"
 #include "kel/abort.h"
+#include <algorithm>
 #include <cstdio>
 #include <new>
 #include <stdexcept>
@@ -56,8 +57,8 @@ void Buffer::reserveAddresses()
 void Buffer::reserve(std::size_t size)
 {
   if (size <= m_capacity || m_elementSize == 0) return;
-  if (const std::size_t most = m_reservedBytes / m_elementSize; size > most)
-    throw std::length_error("buffer '" + getName() + "' cannot have more than " + std::to_string(most) +
+  if (size > bound())
+    throw std::length_error("buffer '" + getName() + "' cannot have more than " + std::to_string(bound()) +
                             " elements");
   if (!m_data) reserveAddresses();
   if (const std::size_t wanted = roundUpToPage(size * m_elementSize); wanted > m_committedBytes) {
@@ -84,7 +85,10 @@ void Buffer::resize(std::size_t size, bool initialize)
 void Buffer::append(const void* element)
 {
   requireOwnSize();
-  reserve(m_size + 1);
+  if (m_size == m_capacity) {
+    const auto wanted = static_cast<std::size_t>(static_cast<double>(m_size) * CAPACITY_MULTIPLIER);
+    reserve(std::max(std::min(std::max<std::size_t>(wanted, 4), bound()), m_size + 1));
+  }
   m_format->getImplementation().construct(at(m_size), element);
   setSize(m_size + 1);
 }

@@ -1,4 +1,5 @@
 #include "Expression.h"
+#include "formats.h"
 #include <algorithm>
 #include <numbers>
 #include <stdexcept>
@@ -58,8 +59,7 @@ void Expression::define(const kel::String& name, Value& source)
 
 const double* Expression::evaluate()
 {
-  for (std::size_t i = 0; i < m_sources.size(); ++i)
-    m_numbers[i] = m_sources[i]->getFormat()->getImplementation().getScalar(m_sources[i]->ptr(), 0);
+  for (std::size_t i = 0; i < m_sources.size(); ++i) m_numbers[i] = scalarOf(*m_sources[i]);
   int numResults = 0;
   return m_parser.Eval(numResults);
 }

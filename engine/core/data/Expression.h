@@ -20,7 +20,7 @@ public:
   const kel::String& getText() const { return m_text; }
   /// The values that the formula names.
   const std::vector<kel::ref_ptr<Value>>& getSources() const { return m_sources; }
-  /// The numbers as the sources are now; a view until the next call.
+  /// The numbers as the sources are now, NaN for those that have become texts; a view until the next call.
   const double* evaluate();
 
 private:

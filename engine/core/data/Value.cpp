@@ -49,6 +49,8 @@ void Value::setFormat(const Format* format)
   if (m_type && m_type != format->getType())
     fail("is of type " + m_type->getName() + " and cannot have a format of type " +
          format->getType()->getName());
+  if (m_expression && !format->getImplementation().setScalar)
+    fail("follows an expression and cannot become a text");
   const Data old = m_data;
   void* element = ::operator new(format->getElementSize(), ALIGNMENT);
   format->getImplementation().construct(element, nullptr);

@@ -208,6 +208,13 @@ void addVectors(std::vector<kel::ref_ptr<Type>>& types, const char* stem)
 
 } // namespace
 
+double scalarOf(const Value& value)
+{
+  const Format* format = value.getFormat();
+  const auto get = format ? format->getImplementation().getScalar : nullptr;
+  return get ? get(value.ptr(), 0) : std::numeric_limits<double>::quiet_NaN();
+}
+
 std::vector<kel::ref_ptr<Type>> createTypes()
 {
   using namespace kel;

@@ -12,12 +12,6 @@ using kel::Real;
 using kel::Vec3;
 using kel::Vec3f;
 
-const ContactRows& ContactRows::instance()
-{
-  static const auto* rows = new ContactRows;
-  return *rows;
-}
-
 ContactRows::ContactRows()
 {
   kelData::EntityLayout layout("Physics.GeometryContact");
@@ -35,12 +29,6 @@ void ContactRows::setMaterial(kel::Index row, kel::ContactMaterial* newMaterial)
 {
   if (newMaterial) newMaterial->reference();
   if (const kel::ContactMaterial* old = std::exchange(material[row], newMaterial)) old->unreference();
-}
-
-const ContactPointRows& ContactPointRows::instance()
-{
-  static const auto* rows = new ContactPointRows;
-  return *rows;
 }
 
 ContactPointRows::ContactPointRows()

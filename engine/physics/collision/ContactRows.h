@@ -1,6 +1,6 @@
 #pragma once
+#include "Rows.h"
 #include "kelCollide/ContactPoint.h"
-#include "kelData/EntityStorage.h"
 
 namespace kel {
 class ContactMaterial;
@@ -10,10 +10,9 @@ namespace kelCollide {
 
 class Geometry;
 
-/// The rows of the contacts of all spaces. Never destroyed.
-struct ContactRows
+/// The rows of the contacts of all spaces.
+struct ContactRows : kel::Rows<ContactRows>
 {
-  kel::ref_ptr<kelData::EntityStorage> storage;
   Geometry** geometry1 = nullptr;
   Geometry** geometry2 = nullptr;
   ContactPoint** points = nullptr; ///< the first of them, in the space
@@ -21,18 +20,17 @@ struct ContactRows
   bool* enabled = nullptr;
   kel::ContactMaterial** material = nullptr; ///< held by the row
 
-  static const ContactRows& instance();
   /// Lets a row hold a contact material, or none.
   void setMaterial(kel::Index row, kel::ContactMaterial* newMaterial) const;
 
 private:
+  friend Rows;
   ContactRows();
 };
 
-/// The rows of the contact points of all spaces. Never destroyed.
-struct ContactPointRows
+/// The rows of the contact points of all spaces.
+struct ContactPointRows : kel::Rows<ContactPointRows>
 {
-  kel::ref_ptr<kelData::EntityStorage> storage;
   kel::Vec3* point = nullptr;   ///< m
   kel::Vec3f* normal = nullptr; ///< from the second geometry to the first
   kel::Vec3f* tangentU = nullptr;
@@ -45,9 +43,8 @@ struct ContactPointRows
   kel::Real* boundingForce = nullptr; ///< N, of friction, where a friction model gives it
   bool* enabled = nullptr;
 
-  static const ContactPointRows& instance();
-
 private:
+  friend Rows;
   ContactPointRows();
 };
 

@@ -3,12 +3,6 @@
 
 namespace kelCollide {
 
-const GeometryRows& GeometryRows::instance()
-{
-  static const auto* rows = new GeometryRows;
-  return *rows;
-}
-
 GeometryRows::GeometryRows()
 {
   kelData::EntityLayout layout("Physics.Geometry");

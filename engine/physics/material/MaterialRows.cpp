@@ -7,12 +7,6 @@
 
 namespace kel {
 
-const BulkMaterialRows& BulkMaterialRows::instance()
-{
-  static const auto* rows = new BulkMaterialRows;
-  return *rows;
-}
-
 BulkMaterialRows::BulkMaterialRows()
 {
   kelData::EntityLayout layout("Physics.BulkMaterial");
@@ -29,12 +23,6 @@ BulkMaterialRows::BulkMaterialRows()
   storage = layout.createStorage();
 }
 
-const SurfaceMaterialRows& SurfaceMaterialRows::instance()
-{
-  static const auto* rows = new SurfaceMaterialRows;
-  return *rows;
-}
-
 SurfaceMaterialRows::SurfaceMaterialRows()
 {
   kelData::EntityLayout layout("Physics.SurfaceMaterial");
@@ -45,12 +33,6 @@ SurfaceMaterialRows::SurfaceMaterialRows()
   layout.readOnlyColumn("viscosity", viscosity, SurfaceMaterial::DEFAULT_VISCOSITY);
   layout.readOnlyColumn("frictionEnabled", frictionEnabled, true);
   storage = layout.createStorage();
-}
-
-const WireMaterialRows& WireMaterialRows::instance()
-{
-  static const auto* rows = new WireMaterialRows;
-  return *rows;
 }
 
 WireMaterialRows::WireMaterialRows()
@@ -68,12 +50,6 @@ WireMaterialRows::WireMaterialRows()
   storage = layout.createStorage();
 }
 
-const MaterialRows& MaterialRows::instance()
-{
-  static const auto* rows = new MaterialRows;
-  return *rows;
-}
-
 MaterialRows::MaterialRows()
 {
   kelData::EntityLayout layout("Physics.Material");
@@ -82,12 +58,6 @@ MaterialRows::MaterialRows()
   layout.readOnlyColumn("wireMaterial", wireMaterial);
   layout.readOnlyColumn("frictionType", frictionType);
   storage = layout.createStorage();
-}
-
-const ContactMaterialRows& ContactMaterialRows::instance()
-{
-  static const auto* rows = new ContactMaterialRows;
-  return *rows;
 }
 
 // Most parameters come from the materials when a contact material is made; these do not.

@@ -1,15 +1,12 @@
 #pragma once
+#include "Rows.h"
 #include "kel/Vec2.h"
-#include "kel/ref_ptr.h"
-#include "kelData/EntityStorage.h"
 
 namespace kel {
 
-/// The rows of all bulk materials of the process, in the units of `BulkMaterial`. These and the rows below
-/// are never destroyed: materials may outlive any static object.
-struct BulkMaterialRows
+/// The rows of all bulk materials, in the units of `BulkMaterial`.
+struct BulkMaterialRows : Rows<BulkMaterialRows>
 {
-  ref_ptr<kelData::EntityStorage> storage;
   bool* dirty = nullptr;
   Real* density = nullptr;
   Real* youngsModulus = nullptr;
@@ -19,16 +16,14 @@ struct BulkMaterialRows
   Real* minElasticRestLength = nullptr;
   Real* maxElasticRestLength = nullptr;
 
-  static const BulkMaterialRows& instance();
-
 private:
+  friend Rows;
   BulkMaterialRows();
 };
 
 /// The rows of all surface materials, in the units of `SurfaceMaterial`.
-struct SurfaceMaterialRows
+struct SurfaceMaterialRows : Rows<SurfaceMaterialRows>
 {
-  ref_ptr<kelData::EntityStorage> storage;
   bool* dirty = nullptr;
   Real* roughness = nullptr;
   Real* adhesion = nullptr;
@@ -36,16 +31,14 @@ struct SurfaceMaterialRows
   Real* viscosity = nullptr;
   bool* frictionEnabled = nullptr;
 
-  static const SurfaceMaterialRows& instance();
-
 private:
+  friend Rows;
   SurfaceMaterialRows();
 };
 
 /// The rows of all wire materials, in the units of `WireMaterial`.
-struct WireMaterialRows
+struct WireMaterialRows : Rows<WireMaterialRows>
 {
-  ref_ptr<kelData::EntityStorage> storage;
   bool* dirty = nullptr;
   Real* frictionCoefficient = nullptr;
   Real* kinematicContactNodeVelocityScale = nullptr;
@@ -54,31 +47,27 @@ struct WireMaterialRows
   Real* youngsModulusBend = nullptr;
   Real* dampingBend = nullptr;
 
-  static const WireMaterialRows& instance();
-
 private:
+  friend Rows;
   WireMaterialRows();
 };
 
 /// The rows of all materials.
-struct MaterialRows
+struct MaterialRows : Rows<MaterialRows>
 {
-  ref_ptr<kelData::EntityStorage> storage;
   kelData::EntityPtr* bulkMaterial = nullptr;
   kelData::EntityPtr* surfaceMaterial = nullptr;
   kelData::EntityPtr* wireMaterial = nullptr;
   UInt32* frictionType = nullptr;
 
-  static const MaterialRows& instance();
-
 private:
+  friend Rows;
   MaterialRows();
 };
 
 /// The rows of all contact materials, in the units of `ContactMaterial`.
-struct ContactMaterialRows
+struct ContactMaterialRows : Rows<ContactMaterialRows>
 {
-  ref_ptr<kelData::EntityStorage> storage;
   Vec2* frictionCoefficient = nullptr; ///< in the primary and the secondary direction
   Vec2* surfaceViscosity = nullptr;
   bool* surfaceFrictionEnabled = nullptr;
@@ -100,9 +89,8 @@ struct ContactMaterialRows
   Real* wireFrictionCoefficient = nullptr;
   Real* kinematicContactNodeVelocityScale = nullptr;
 
-  static const ContactMaterialRows& instance();
-
 private:
+  friend Rows;
   ContactMaterialRows();
 };
 

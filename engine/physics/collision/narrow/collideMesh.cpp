@@ -154,7 +154,7 @@ void collideSolidMesh(const Solid& solid, const Mesh& mesh, const Vec3& origin, 
   AffineMatrix4x4 transform = mesh.getTransform();
   transform.setTranslate(transform.getTranslate() - origin);
   BoundingAABB bound = boundOf(solid, transform, reach);
-  if (mesh.isTerrain()) bound.max().z() += std::max(0.0, mesh.getBottomMargin());
+  if (mesh.isTerrain()) bound.max().z() += mesh.getBottomMargin();
   kel::UInt32Vector triangles;
   mesh.calculateTrianglesInBound(bound, triangles);
   const std::size_t begin = patch.size();

@@ -99,10 +99,10 @@ void collideSolids(const Solid& first, const Solid& second, Real reach, Patch& p
   second.face(closest.normal, secondFace);
   const std::size_t begin = patch.size();
   meetFaces(firstFace, secondFace, snapToFaces(closest.normal, firstFace, secondFace), reach, patch);
-  Real deepest = closest.distance + SAME_PLACE * reach;
-  bool isFound = false;
-  for (std::size_t i = begin; i < patch.size(); ++i) isFound = isFound || patch[i].distance < deepest;
-  if (!isFound) patch.push_back({closest.onFirst, closest.onSecond, closest.normal, closest.distance});
+  const Real deep = closest.distance + SAME_PLACE * reach;
+  const auto isDeep = [&](const PatchPoint& point) { return point.distance < deep; };
+  if (std::none_of(patch.begin() + static_cast<std::ptrdiff_t>(begin), patch.end(), isDeep))
+    patch.push_back({closest.onFirst, closest.onSecond, closest.normal, closest.distance});
 }
 
 void collideBoxes(const BoxSolid& first, const BoxSolid& second, Real reach, Patch& patch)

@@ -1,4 +1,5 @@
 #include "collision/narrow/facePatch.h"
+#include <algorithm>
 #include <utility>
 
 namespace kelCollide {
@@ -26,8 +27,9 @@ void clipToSides(const Face& polygon, const Vec3& normal, Face& clipped)
       const Real to = height(next);
       if (from <= tolerance) clipped.add(point);
       const bool isBack = isSegment && k == 1;
+      // Where one end is just outside within the tolerance, the sides cross beyond it, perhaps far away.
       if ((from > tolerance) != (to > tolerance) && !isBack)
-        clipped.add(point + (next - point) * (from / (from - to)));
+        clipped.add(point + (next - point) * std::clamp(from / (from - to), 0.0, 1.0));
     }
   }
 }

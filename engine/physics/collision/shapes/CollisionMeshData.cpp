@@ -1,4 +1,5 @@
 #include "kelCollide/CollisionMeshData.h"
+#include "collision/shapes/AabbTree.h"
 #include "collision/shapes/meshIndices.h"
 #include <algorithm>
 #include <cmath>
@@ -35,6 +36,17 @@ void CollisionMeshData::update(bool connectivity)
   calculateTriangles();
   if (connectivity || m_halfEdges.size() != getIndices().size()) connectEdges();
   calculateMassProperties();
+}
+
+void CollisionMeshData::buildTree()
+{
+  std::vector<BoundingAABB> boxes(m_normals.size());
+  for (std::size_t i = 0; i < 3 * boxes.size(); ++i) {
+    if (m_normals[i / 3].length2() == 0) continue;
+    const Vec3& corner = getVertices()[getIndices()[i]];
+    boxes[i / 3].expand(corner, corner);
+  }
+  m_tree = std::make_shared<AabbTree>(boxes);
 }
 
 bool CollisionMeshData::hasUsableNumbers() const

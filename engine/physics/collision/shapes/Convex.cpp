@@ -6,16 +6,19 @@ namespace kelCollide {
 
 namespace {
 
-/// The indices if they make a closed surface of the vertices, else those of the hull.
+/// The indices if they make a closed surface of the vertices, else those of the hull: of its flat faces if
+/// these are all there, as they have no triangles without area.
 kel::UInt32Vector chooseIndices(const kel::Vec3Vector& vertices, const kel::UInt32Vector& indices,
                                 const Hull& hull)
 {
-  if (indices.empty()) return hull.triangles();
   const kel::ref_ptr<CollisionMeshData> data = new CollisionMeshData;
   data->getVertices() = vertices;
-  data->getIndices() = indices;
-  data->update();
-  return data->isClosed() ? indices : hull.triangles();
+  for (const kel::UInt32Vector& choice : {indices, hull.triangles()}) {
+    data->getIndices() = choice;
+    data->update();
+    if (data->isClosed()) return choice;
+  }
+  return hull.facets;
 }
 
 } // namespace
@@ -34,6 +37,12 @@ Convex::Convex(const kel::Vec3Vector& vertices, const kel::UInt32Vector& indices
 Convex::Convex(const Convex& other, CollisionMeshData* data) : Trimesh(other, data), m_hull(other.m_hull) {}
 
 Convex::~Convex() = default;
+
+void Convex::updateMeshGeometry(bool connectivity, bool warn)
+{
+  m_hull = Hull::of(getMeshData()->getVertices());
+  Trimesh::updateMeshGeometry(connectivity, warn);
+}
 
 kel::Vec3 Convex::getSupportPoint(const kel::Vec3& direction) const
 {

@@ -27,7 +27,7 @@ HeightFieldMeshData::HeightFieldMeshData(const HeightFieldMeshData& other)
 
 HeightField::HeightField(std::size_t resolutionX, std::size_t resolutionY, Real sizeX, Real sizeY,
                          Real bottomMargin)
-    : Mesh(HEIGHT_FIELD), m_data(new HeightFieldMeshData), m_bottomMargin(bottomMargin),
+    : Mesh(HEIGHT_FIELD), m_data(new HeightFieldMeshData), m_bottomMargin(std::max(0.0, bottomMargin)),
       m_minAllowedHeight(-std::numeric_limits<Real>::max())
 {
   constexpr std::size_t most = 25000; // so that the half edges have 32-bit numbers
@@ -99,6 +99,12 @@ Real HeightField::getHeight(std::size_t x, std::size_t y) const
   if (x >= getResolutionX() || y >= getResolutionY())
     throw std::out_of_range("the sample lies outside the height field");
   return m_data->m_heights[y * getResolutionX() + x];
+}
+
+void HeightField::setBottomMargin(Real margin)
+{
+  m_bottomMargin = std::max(0.0, margin);
+  modified();
 }
 
 Vec2 HeightField::getScale() const

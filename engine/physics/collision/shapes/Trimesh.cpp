@@ -24,12 +24,12 @@ Trimesh::Trimesh(Type type, const kel::Vec3Vector& vertices, const kel::UInt32Ve
   m_data->update();
   if (m_data->hasUsableNumbers()) applyOptions();
   repair(true);
-  buildTree();
+  m_data->buildTree();
 }
 
 Trimesh::Trimesh(const Trimesh& other, CollisionMeshData* data)
     : Mesh(other.getType()), m_data(data), m_options(other.m_options), m_sourceName(other.m_sourceName),
-      m_warnings(other.m_warnings), m_tree(other.m_tree)
+      m_warnings(other.m_warnings)
 {}
 
 Trimesh::~Trimesh() = default;
@@ -48,7 +48,7 @@ void Trimesh::updateMeshGeometry(bool connectivity, bool warn)
 {
   m_data->update(connectivity);
   repair(warn);
-  buildTree();
+  m_data->buildTree();
   modified();
 }
 
@@ -74,25 +74,28 @@ void Trimesh::repair(bool warn)
     kel::logWarning("Mesh '" + m_sourceName + "': " + m_warnings);
 }
 
-void Trimesh::buildTree()
+void Trimesh::setBottomMargin(kel::Real margin)
 {
-  std::vector<BoundingAABB> boxes(getNumTriangles());
-  for (std::size_t t = 0; t < boxes.size(); ++t) {
-    if (getTriangleNormal(t).length2() == 0) continue;
-    for (std::size_t i = 0; i < 3; ++i) boxes[t].expand(getTriangleVertex(t, i), getTriangleVertex(t, i));
-  }
-  m_tree = std::make_shared<AabbTree>(boxes);
+  m_data->setBottomMargin(margin);
+  modified();
+}
+
+BoundingAABB Trimesh::calculateLocalBound() const
+{
+  BoundingAABB bound = m_data->getBound();
+  if (isTerrain()) bound.min().z() -= getBottomMargin();
+  return bound;
 }
 
 void Trimesh::calculateTrianglesInBound(const BoundingAABB& bound, kel::UInt32Vector& triangles) const
 {
-  m_tree->findOverlaps(bound, triangles);
+  m_data->getTree()->findOverlaps(bound, triangles);
 }
 
 void Trimesh::calculatePossibleTriangleOverlapsAlongLineSegment(const kel::Vec3& start, const kel::Vec3& end,
                                                                 kel::UInt32Vector& triangles) const
 {
-  m_tree->findAlongSegment(start, end, triangles);
+  m_data->getTree()->findAlongSegment(start, end, triangles);
 }
 
 } // namespace kelCollide
