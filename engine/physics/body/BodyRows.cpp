@@ -4,12 +4,6 @@
 
 namespace kel {
 
-const BodyRows& BodyRows::instance()
-{
-  static const auto* rows = new BodyRows;
-  return *rows;
-}
-
 BodyRows::BodyRows()
 {
   kelData::EntityLayout layout("Physics.RigidBody");

@@ -1,12 +1,12 @@
 #pragma once
+#include "Rows.h"
 #include "kel/AffineMatrix4x4.h"
 #include "kel/SPDMatrix3x3.h"
-#include "kelData/EntityStorage.h"
 
 namespace kel {
 
-/// The rows of all bodies of the process. They are never destroyed: bodies may outlive any static object.
-struct BodyRows
+/// The rows of all bodies.
+struct BodyRows : Rows<BodyRows>
 {
   /// Bits of `state`.
   enum StateBit : UInt32
@@ -17,7 +17,6 @@ struct BodyRows
     POWERLINE = 1U << 28
   };
 
-  ref_ptr<kelData::EntityStorage> storage;
   AffineMatrix4x4* transform = nullptr;   ///< model frame to the world
   AffineMatrix4x4* cmTransform = nullptr; ///< centre-of-mass frame to the world
   UInt32* state = nullptr;
@@ -38,9 +37,8 @@ struct BodyRows
   SPDMatrix3x3* inverseInertia = nullptr;
   UInt32* autoGenerateMask = nullptr;
 
-  static const BodyRows& instance();
-
 private:
+  friend Rows;
   BodyRows();
 };
 

@@ -13,7 +13,7 @@ public:
   template <class T> Digest& add(const T& value)
   {
     static_assert(std::is_trivially_copyable_v<T>);
-    return addBytes(&value, sizeof(T));
+    return addBytes(&value, sizeof value);
   }
   Digest& addBytes(const void* bytes, std::size_t size)
   {
