@@ -94,6 +94,8 @@ public:
   void rows(Real timeStep, std::vector<ConstraintRow>& buffer);
   /// Takes the forces of these rows, N, after the step is solved.
   void storeForces(std::span<const ConstraintRow> rows, std::span<const Real> forces);
+  /// By which the first body was held in the last step, N; the second one felt the opposite.
+  const Vec3& getHoldingForce() const { return m_holdingForce; }
   /// Forgets the forces, when the constraint takes no part in a step.
   void clearForces();
 
@@ -150,6 +152,7 @@ private:
   ElementaryConstraints m_elementary;
   ElementaryConstraints m_secondary;
   Reaction m_reactions[2];
+  Vec3 m_holdingForce;
   UInt32 m_solveType = DIRECT;
   UInt32 m_numSystems = 0;
   bool m_enabled = true;

@@ -40,6 +40,8 @@ struct ConstraintRow
   /// time step where that does not resolve the row's spring, so that finer steps hold joints tighter, and
   /// `DEFAULT_DAMPING` for softer rows.
   Real damping = -1;
+  /// Least sigma, over the inverse of the mass that the row moves: what contradicts stiffer rows gives way.
+  Real softness = 0;
   /// Bounds of the force, N.
   Real lowerForce = -std::numeric_limits<Real>::infinity();
   Real upperForce = std::numeric_limits<Real>::infinity();

@@ -269,6 +269,7 @@ protected:
 
 private:
   friend class DynamicsSystem;
+  friend class SolverBodies;
   class ModelFrame;
   class CmFrame;
 
@@ -289,6 +290,7 @@ private:
   std::map<Name, ref_ptr<Frame>> m_attachments;
   DynamicsSystem* m_system = nullptr;
   Index m_systemIndex = 0;
+  Real m_stiffening = 1; // rotational energy in the last step as the solver took it, over the true one
 };
 
 } // namespace kel

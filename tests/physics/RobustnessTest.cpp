@@ -48,17 +48,14 @@ class Extremes : public testing::TestWithParam<std::tuple<Real, Real>>
 TEST_P(Extremes, ChainsGainNoEnergy)
 {
   const auto& [timeStep, ratio] = GetParam();
-  // Where light links swing in less than a step, nothing but finite numbers can be hoped for.
-  const bool isResolved = timeStep < 0.05;
-  const Real largestGain = isResolved ? 0.02 : ratio == 1 ? 2 : std::numeric_limits<Real>::max();
   for (const UInt32 solveType :
        {Constraint::DIRECT, Constraint::ITERATIVE, Constraint::DIRECT_AND_ITERATIVE}) {
     Chain chain(timeStep, ratio, solveType);
     for (int i = 0; i < 500; ++i) {
       chain.scene.step(1);
-      ASSERT_LE(chain.energy(), largestGain) << solveType << ' ' << i;
+      ASSERT_LE(chain.energy(), 0.02) << solveType << ' ' << i;
       // Sweeps let heavy links sink, a direct solution does not.
-      if (isResolved && solveType == Constraint::DIRECT) {
+      if (solveType == Constraint::DIRECT) {
         ASSERT_GT(chain.energy(), -1.05) << i;
       }
     }
@@ -115,10 +112,30 @@ TEST(Robustness, BodiesInOnePlaceStayFinite)
   }
 }
 
+// The joint wants the boxes where the contact does not.
+TEST(Robustness, JointsHoldBodiesThatOverlap)
+{
+  for (const Real timeStep : {1.0 / 60, 1.0 / 240})
+    for (const bool locked : {false, true}) {
+      Scene scene(timeStep);
+      scene.addGeometry(new kelCollide::Plane);
+      RigidBody* body1 = scene.addBody(new Box(0.5, 0.5, 0.5), Vec3(0, 0, 0.5), 1);
+      RigidBody* body2 = scene.addBody(new Box(0.5, 0.5, 0.5), Vec3(0.3, 0.2, 0.6), 1);
+      if (locked)
+        scene.simulation->add(new kel::LockJoint(body1, body2));
+      else
+        scene.simulation->add(new kel::BallJoint(body1, Vec3(), body2));
+      for (Real time = 0; time < 5; time += timeStep) {
+        scene.step(1);
+        ASSERT_LT(body1->getVelocity().length() + body2->getVelocity().length(), 1) << locked << ' ' << time;
+      }
+    }
+}
+
 // Where a chain is straight, its links touch along the line in which their joint holds them.
 TEST(Robustness, LinksThatTouchTheirNeighboursStayCalm)
 {
-  for (const Real ratio : {1.0, 100.0}) {
+  for (const Real ratio : {1e-3, 1.0, 100.0, 1e3}) {
     Scene scene;
     scene.addGeometry(new kelCollide::Plane);
     std::vector<RigidBody*> links;
@@ -133,7 +150,7 @@ TEST(Robustness, LinksThatTouchTheirNeighboursStayCalm)
         links.push_back(link);
       }
     }
-    const Real fastest = 2 * std::sqrt(2 * Scene::G * 2.5);
+    const Real fastest = 3 * std::sqrt(2 * Scene::G * 2.5);
     for (int i = 0; i < 600; ++i) {
       scene.step(1);
       for (const RigidBody* link : links)

@@ -144,6 +144,7 @@ void Constraint::clearForces()
   for (const auto* list : {&m_elementary, &m_secondary})
     for (const auto& elementary : *list) elementary->clearForces();
   for (Reaction& reaction : m_reactions) reaction = {};
+  m_holdingForce = Vec3();
 }
 
 UInt32 Constraint::getNumDOF() const
@@ -264,6 +265,8 @@ void Constraint::storeForces(std::span<const ConstraintRow> rows, std::span<cons
 {
   for (std::size_t i = 0; i < rows.size(); ++i)
     if (rows[i].force) *rows[i].force = forces[i];
+  m_holdingForce = Vec3();
+  for (std::size_t i = 0; i < rows.size(); ++i) m_holdingForce += rows[i].linear[0] * forces[i];
   if (!m_computesForces) return;
   for (std::size_t body = 0; body < m_bodies.size(); ++body) {
     Reaction& reaction = m_reactions[body];

@@ -19,6 +19,10 @@ namespace {
 /// Part of the last step's impulses that contacts start from. More makes tall stacks sway, less makes them
 /// sink.
 constexpr Real WARM_START = 0.85;
+/// Softness of normals where joints can hold bodies against them, and the speed at which such bodies are
+/// pushed apart at most, m/s.
+constexpr Real SOFTNESS_AT_JOINTS = 1e-4;
+constexpr Real PUSH_AT_JOINTS = 0.1;
 /// Stiffness of a point for each Pa of Young's modulus, m.
 constexpr Real STIFFNESS_LENGTH = 1;
 /// Least stiffness, N/m: what has none acts as if it were not there.
@@ -158,7 +162,10 @@ ConstraintRow ContactConstraints::makeNormal(const Common& common, Index pointRo
     normal.lowerForce = -common.adhesion;
     normal.target += common.material.getAdhesiveOverlap();
   }
-  if (common.material.getRestitution() > 0 && !areJoined(common.bodies))
+  if (!m_joints.empty()) normal.softness = SOFTNESS_AT_JOINTS;
+  if (areJoined(common.bodies))
+    normal.target = std::max(normal.target, -PUSH_AT_JOINTS * (m_timeStep + normal.damping));
+  else if (common.material.getRestitution() > 0)
     applyRestitution(common, normal, depth);
   return normal;
 }

@@ -122,6 +122,7 @@ void RowSystem::scale(const ConstraintRow& source, Real timeStep, ScaledRow& row
     row.rhs = source.target;
     break;
   }
+  row.sigma = std::max(row.sigma, source.softness * inverseMass);
   row.rhs -= imposedSpeed;
   const Real diagonal = inverseMass + row.sigma;
   const bool isSolvable = std::isfinite(row.rhs) && std::isfinite(diagonal) && diagonal > 0;

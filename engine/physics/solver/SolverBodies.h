@@ -28,11 +28,16 @@ public:
   std::vector<ScaledVelocity>& velocities() { return m_velocities; }
 
 private:
+  /// Stiffens the bodies that joints hold by the forces of the last step.
+  void stiffen();
+  void addStiffness(const Constraint& constraint, std::size_t side);
+
   const DynamicsSystem* m_system = nullptr;
   Real m_timeStep = 0;
   std::vector<SolverBody> m_bodies;
   std::vector<ScaledVelocity> m_velocities;
   std::vector<char> m_constrained;
+  std::vector<Eigen::Matrix3d> m_stiffnesses; // of the bodies, while there are joints
 };
 
 } // namespace kel

@@ -1,9 +1,17 @@
 #include "solver/SolverBody.h"
+#include <Eigen/Eigenvalues>
+#include <Eigen/LU>
+#include <algorithm>
 #include <cmath>
 
 namespace kel {
 
 namespace {
+
+/// h^2 K over the inertia up to which a step resolves a swing.
+constexpr Real RESOLVED_STIFFNESS = 0.25;
+/// Growth of the energy in a step that a swing may bring about; forces of an impact grow faster.
+constexpr Real LARGEST_GROWTH = 1.2;
 
 void put(Real (&target)[6], const Vec3& linear, const Vec3& angular)
 {
@@ -56,6 +64,24 @@ void SolverBody::loadForces(const RigidBody& body, const Vec3& gravity, Real tim
   for (std::size_t i = 0; i < 3; ++i)
     for (std::size_t j = 0; j < 3; ++j)
       for (std::size_t k = j; k < 3; ++k) angularFactor[i][j] += cm(k, i) * local[k][j];
+}
+
+void SolverBody::stiffen(const Eigen::Matrix3d& stiffness, Real timeStep, Real lastStiffening)
+{
+  using Factor = Eigen::Matrix<Real, 3, 3, Eigen::RowMajor>;
+  Eigen::Map<Factor> factor(&angularFactor[0][0]);
+  Eigen::Map<Eigen::Vector3d> velocity(freeVelocity + 3);
+  const Eigen::Matrix3d scaled = factor.transpose() * stiffness * factor * (timeStep * timeStep);
+  if (!(scaled.squaredNorm() > RESOLVED_STIFFNESS * RESOLVED_STIFFNESS) || !scaled.allFinite()) return;
+  isStiffened = true;
+  const Eigen::SelfAdjointEigenSolver<Eigen::Matrix3d> eigen(scaled);
+  const Eigen::Array3d inertia = 1 + (eigen.eigenvalues().array().abs() - RESOLVED_STIFFNESS).max(0);
+  const Eigen::Array3d spin = (eigen.eigenvectors().transpose() * factor.inverse() * velocity).array();
+  const Real energy = spin.square().sum();
+  const Real stiffEnergy = (inertia * spin.square()).sum();
+  if (stiffEnergy > LARGEST_GROWTH * lastStiffening * energy)
+    velocity *= std::sqrt(LARGEST_GROWTH * lastStiffening * energy / stiffEnergy);
+  factor *= eigen.eigenvectors() * inertia.rsqrt().matrix().asDiagonal() * eigen.eigenvectors().transpose();
 }
 
 void SolverBody::scaleFreeVelocity(Real (&scaled)[6]) const

@@ -1,5 +1,6 @@
 #pragma once
 #include "kel/RigidBody.h"
+#include <Eigen/Core>
 
 namespace kel {
 
@@ -14,7 +15,8 @@ struct SolverBody
   Real freeVelocity[6] = {}; ///< after forces alone
   Real linearFactor = 0;     ///< sqrt(1/mass); 0 for what impulses do not move
   Real angularFactor[3][3] = {};
-  bool isFinite = true; ///< place, velocities and factors
+  bool isFinite = true;     ///< place, velocities and factors
+  bool isStiffened = false; ///< has more than its inertia
 
   bool isMovable() const { return linearFactor > 0; }
   /// Starts a movable body, or one that moves whatever happens.
@@ -29,6 +31,12 @@ struct SolverBody
   {
     return along(freeVelocity, linear, angular);
   }
+  /// Adds to the inertia what makes up for a geometric stiffness K, N m/rad, that the step does not resolve
+  /// (Tournier et al. 2015): h^2 |K| as far as it is above a part of the inertia, so that what swings within
+  /// a step swings slower instead of gaining energy. The body keeps its velocity, but not where that would
+  /// bring in energy: with the inertia of the last step it had `lastStiffening` times its true rotational
+  /// energy.
+  void stiffen(const Eigen::Matrix3d& stiffness, Real timeStep, Real lastStiffening);
   /// Scaled form of the free velocity, and unscaled form of a velocity.
   void scaleFreeVelocity(Real (&scaled)[6]) const;
   void unscale(const Real (&scaled)[6], Vec3& velocity, Vec3& angularVelocity) const;
