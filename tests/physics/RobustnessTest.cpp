@@ -159,6 +159,22 @@ TEST(Robustness, LinksThatTouchTheirNeighboursStayCalm)
   }
 }
 
+TEST(Robustness, JointsFetchBodiesThatWereCarriedOff)
+{
+  for (const Real timeStep : {1e-4, 1e-3, 1.0 / 60}) {
+    Scene scene(timeStep);
+    scene.simulation->setUniformGravity(Vec3());
+    RigidBody* body = scene.addBody(new Box(0.5, 0.5, 0.5), Vec3(), 1);
+    scene.simulation->add(new kel::LockJoint(body));
+    body->setPosition(3, 0, 0);
+    for (Real time = 0; time < 1; time += timeStep) {
+      scene.step(1);
+      ASSERT_LT(body->getVelocity().length(), 126) << timeStep << ' ' << time;
+    }
+    EXPECT_LT(body->getPosition().length() + body->getVelocity().length(), 1e-3) << timeStep;
+  }
+}
+
 // A door on four hinges: three of them say nothing new.
 TEST(Robustness, RedundantHingesShareTheLoad)
 {

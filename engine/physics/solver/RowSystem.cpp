@@ -13,6 +13,10 @@ constexpr Real TOLERANCE = 1e-8;
 /// Least damping of rows that the step does not resolve, steps.
 constexpr Real LEAST_DAMPING_STEPS = 1;
 
+/// Greatest part of the speed with which rows that the step does not resolve take a violation back, m/s or
+/// rad/s. Joints whose bodies somebody has carried off would shoot otherwise.
+constexpr Real MAX_CORRECTION = 100;
+
 /// Two numbers side by side: the compiler's vectors, in registers of any processor.
 typedef Real Pair __attribute__((vector_size(16), aligned(8), may_alias));
 
@@ -35,13 +39,27 @@ inline void addScaled(Real (&target)[6], const Real (&row)[6], Real factor)
 /// Inverse of the mass that a row moves.
 inline Real inverseMassOf(const ScaledRow& row) { return speed(row.j, row.j[0], row.j[1]); }
 
+/// Whether a step is short enough for the spring that a row is.
+bool isResolved(const ConstraintRow& source, Real inverseMass, Real timeStep)
+{
+  return inverseMass * timeStep * timeStep < source.compliance;
+}
+
 /// The damping of a row, s. One whose spring swings too fast for the step gains energy when its direction
 /// turns, unless a violation takes some steps to go.
 Real dampingOf(const ConstraintRow& source, Real inverseMass, Real timeStep)
 {
-  const bool isResolved = inverseMass * timeStep * timeStep < source.compliance;
-  if (!isResolved) return std::max(source.damping, LEAST_DAMPING_STEPS * timeStep);
+  if (!isResolved(source, inverseMass, timeStep))
+    return std::max(source.damping, LEAST_DAMPING_STEPS * timeStep);
   return source.damping < 0 ? ConstraintRow::DEFAULT_DAMPING : source.damping;
+}
+
+/// The speed at which a row takes its violation back, at a rate in 1/s.
+Real correction(const ConstraintRow& source, Real inverseMass, Real timeStep, Real rate)
+{
+  const Real speed = -source.target * rate;
+  if (isResolved(source, inverseMass, timeStep)) return speed;
+  return std::min(std::max(speed, -MAX_CORRECTION), MAX_CORRECTION);
 }
 
 /// Brings an impulse into a rectangle of the half widths a and b, or, along itself, into the ellipse in it.
@@ -108,13 +126,13 @@ void RowSystem::scale(const ConstraintRow& source, Real timeStep, ScaledRow& row
   case ConstraintRow::AVERAGED: {
     const Real gamma = 1 / (1 + 4 * dampingOf(source, inverseMass, h) / h);
     row.sigma = 4 * source.compliance * gamma / (h * h);
-    row.rhs = -4 * gamma / h * source.target + gamma * oldSpeed;
+    row.rhs = correction(source, inverseMass, h, 4 * gamma / h) + gamma * oldSpeed;
     break;
   }
   case ConstraintRow::BACKWARD: {
     const Real time = h + (source.damping < 0 ? ConstraintRow::DEFAULT_DAMPING : source.damping);
     row.sigma = source.compliance / (h * time);
-    row.rhs = -source.target / time;
+    row.rhs = correction(source, inverseMass, h, 1 / time);
     break;
   }
   case ConstraintRow::NON_HOLONOMIC:
