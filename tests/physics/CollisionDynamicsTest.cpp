@@ -261,7 +261,7 @@ void expectSound(const Scene& scene, unsigned seed)
 TEST(CollisionFuzz, OddShapesNeverBreakAScene)
 {
   const LogCapture quiet(kel::Notify::NOTIFY_ERROR);
-  for (unsigned seed = 1; seed <= 150; ++seed) {
+  for (unsigned seed = 1; seed <= 150 * scale(); ++seed) {
     std::mt19937 random(seed);
     Scene scene(random() % 4 == 0 ? 0.05 : 1.0 / 60);
     if (random() % 2) scene.simulation->getSpace()->setBroadPhaseAlgorithm(Space::SWEEP_AND_PRUNE);
@@ -321,7 +321,10 @@ std::vector<Real> mixedPile(int numBodies, int steps, Space::BroadPhaseAlgorithm
   return state;
 }
 
-TEST(CollisionDynamics, PilesOfAllShapesStaySound) { mixedPile(2000, 60, Space::HIERARCHICAL_GRID); }
+TEST(CollisionDynamics, PilesOfAllShapesStaySound)
+{
+  mixedPile(2000 * int(scale()), 60, Space::HIERARCHICAL_GRID);
+}
 
 TEST(CollisionDynamics, BroadPhasesAndThreadsGiveTheSameBits)
 {

@@ -3,6 +3,14 @@
 #include "kelCollide/Plane.h"
 #include "kelCollide/Sphere.h"
 #include "kelSDK/Simulation.h"
+#include <cstdlib>
+
+/// How many times the seeds and bodies of a short run a test takes: some in long runs.
+inline unsigned scale()
+{
+  const char* factor = std::getenv("KEL_TEST_SCALE");
+  return factor ? static_cast<unsigned>(std::atoi(factor)) : 1;
+}
 
 /// A simulation with short ways to fill it.
 struct Scene

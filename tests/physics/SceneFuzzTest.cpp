@@ -179,7 +179,7 @@ std::vector<Vec3> stateOf(const Life& life)
 
 TEST(SceneFuzz, NothingBreaksAndEveryLifeCanBeLivedAgain)
 {
-  for (unsigned seed = 1; seed <= 60; ++seed) {
+  for (unsigned seed = 1; seed <= 40 * scale(); ++seed) {
     Life first(seed);
     Life second(seed);
     first.live(300);
@@ -198,7 +198,7 @@ TEST(SceneFuzz, WhoSleepsHasReasonTo)
 {
   constexpr Real FRAME = 1.0 / 60;
   std::size_t sleepers = 0;
-  for (unsigned seed = 100; seed <= 180; ++seed) {
+  for (unsigned seed = 100; seed < 100 + 80 * scale(); ++seed) {
     Life life(seed);
     for (int i = 0; i < 10; ++i) {
       life.live(30);
