@@ -53,6 +53,9 @@ public:
   /// How far below the surface of a terrain things are still pushed up, m; one below 0 counts as 0.
   kel::Real getBottomMargin() const { return m_bottomMargin; }
   void setBottomMargin(kel::Real margin) { m_bottomMargin = std::max(0.0, margin); }
+  /// Notes, and counts, that the form of the meshes that share this has changed.
+  void modified() { ++m_modifiedCount; }
+  kel::UInt32 getModifiedCount() const { return m_modifiedCount; }
   /// Whether the mesh is a ground that is solid below.
   bool isTerrain() const { return m_isTerrain; }
   void setTerrain(bool terrain) { m_isTerrain = terrain; }
@@ -77,6 +80,7 @@ private:
   kel::Vec3 m_center;
   kel::Real m_volume = 0;
   kel::Real m_bottomMargin = 0;
+  kel::UInt32 m_modifiedCount = 0;
   bool m_isValid = false;
   bool m_isClosed = false;
   bool m_isTerrain = false;

@@ -28,6 +28,7 @@ private:
   kel::Vec2 m_size;
   kel::Vec2u32 m_resolution;
   kel::RealVector m_heights; // row by row, x runs fastest
+  kel::UInt32 m_modifiedCount = 0;
   kel::Real m_minHeight = 0;
   kel::Real m_maxHeight = 0;
 };
@@ -102,6 +103,10 @@ public:
   bool isTerrain() const override { return true; }
   kel::Real getBottomMargin() const override { return m_bottomMargin; }
   void setBottomMargin(kel::Real margin) override;
+  kel::UInt32 getModifiedCount() const override
+  {
+    return Shape::getModifiedCount() + m_data->m_modifiedCount;
+  }
   void calculateTrianglesInBound(const BoundingAABB& bound, kel::UInt32Vector& triangles) const override;
   BoundingAABB calculateLocalBound() const override;
   kel::String getClassName() const override { return "HeightField"; }

@@ -65,14 +65,14 @@ public:
   /// The geometry that the shape belongs to, directly or through groups; null for none. Not owned.
   Geometry* getGeometry() { return m_geometry; }
   const Geometry* getGeometry() const { return m_geometry; }
-  /// Grows by one with every change of the shape's form.
-  kel::UInt32 getModifiedCount() const { return m_modifiedCount; }
+  /// Grows with every change of the shape's form, also with those that come by what it shares with others.
+  virtual kel::UInt32 getModifiedCount() const { return m_modifiedCount; }
 
 protected:
   explicit Shape(Type type) : m_type(type) {}
   ~Shape() override = default;
   /// To be called after every change of the form.
-  void modified();
+  void modified(kel::UInt32 changes = 1) { m_modifiedCount += changes; }
   virtual void setGeometry(Geometry* geometry) { m_geometry = geometry; }
 
   BoundingAABB m_bound;

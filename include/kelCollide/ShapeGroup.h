@@ -30,6 +30,7 @@ public:
   /// Places a child; false beyond the last.
   bool setChildTransform(std::size_t index, const kel::AffineMatrix4x4& transform);
 
+  kel::UInt32 getModifiedCount() const override;
   kel::Real getVolume() const override;
   kel::Vec3 getCenter() const override;
   kel::SPDMatrix3x3 calculateInertia(kel::Real mass) const override;

@@ -69,6 +69,10 @@ public:
   /// The tree by which triangles are found. Not owned.
   const AabbTree* getBvhTree() const { return m_data->getTree(); }
 
+  kel::UInt32 getModifiedCount() const override
+  {
+    return Shape::getModifiedCount() + m_data->getModifiedCount();
+  }
   kel::Vec3 getCenter() const override { return m_data->getCenter(); }
   kel::Real getVolume() const override { return m_data->getVolume(); }
   kel::SPDMatrix3x3 calculateInertia(kel::Real mass) const override { return m_data->getInertia() * mass; }

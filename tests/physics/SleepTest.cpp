@@ -2,6 +2,8 @@
 #include "kel/Hinge.h"
 #include "kel/LockJoint.h"
 #include "kel/Motor1D.h"
+#include "kelCollide/ShapeGroup.h"
+#include "meshes.h"
 #include <functional>
 #include <gtest/gtest.h>
 #include <set>
@@ -180,6 +182,22 @@ TEST(Sleep, WhatIsPutToSleepInTheAirStaysUntilItIsTouched)
   scene.step(30);
   EXPECT_FALSE(sleepOf(floating).isSleeping());
   EXPECT_LT(floating->getPosition().z(), 0);
+}
+
+TEST(Sleep, SharedGroundWakesWhoeverLiesOnIt)
+{
+  Scene scene;
+  const ref_ptr<kelCollide::HeightField> field = flatField(4, 4);
+  auto* group = new kelCollide::ShapeGroup;
+  group->addChild(field->shallowCopy());
+  scene.addGeometry(group);
+  RigidBody* body = scene.addBody(new Box(0.2, 0.2, 0.2), Vec3(0, 0, 0.2), 1);
+  scene.simulation->getDynamicsSystem()->getAutoSleep()->setEnable(true);
+  scene.step(120);
+  ASSERT_TRUE(sleepOf(body).isSleeping());
+  for (std::size_t i = 0; i < 25; ++i) field->setHeight(i % 5, i / 5, -0.5);
+  scene.step(60);
+  EXPECT_NEAR(body->getPosition().z(), -0.3, 1e-3);
 }
 
 TEST(Sleep, WhatIsDrivenSlowlyStaysAwake)

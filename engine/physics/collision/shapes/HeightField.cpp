@@ -91,7 +91,7 @@ void HeightField::setHeight(std::size_t x, std::size_t y, Real height)
   }
   m_data->m_minHeight = std::min(m_data->m_minHeight, old);
   m_data->m_maxHeight = std::max(m_data->m_maxHeight, old);
-  modified();
+  ++m_data->m_modifiedCount;
 }
 
 Real HeightField::getHeight(std::size_t x, std::size_t y) const
@@ -196,7 +196,7 @@ void HeightField::updateHeightRange()
   const auto [lowest, highest] = std::minmax_element(m_data->m_heights.begin(), m_data->m_heights.end());
   m_data->m_minHeight = *lowest;
   m_data->m_maxHeight = *highest;
-  modified();
+  ++m_data->m_modifiedCount;
 }
 
 } // namespace kelCollide

@@ -50,11 +50,6 @@ BoundingAABB Shape::calculateBound(const AffineMatrix4x4& transform, const Bound
   return result;
 }
 
-void Shape::modified()
-{
-  for (Shape* shape = this; shape; shape = shape->m_parent) ++shape->m_modifiedCount;
-}
-
 bool ShapeGroup::addChild(Shape* child, const AffineMatrix4x4& transform)
 {
   if (!child || child->m_geometry || child->m_parent) return false;
@@ -81,9 +76,9 @@ bool ShapeGroup::removeChild(std::size_t index)
   Shape& child = *m_children[index];
   child.m_parent = nullptr;
   child.setGeometry(nullptr);
+  modified(1 + child.getModifiedCount()); // which the sum lacks from now on
   m_children.erase(m_children.begin() + static_cast<std::ptrdiff_t>(index));
   m_transforms.erase(m_transforms.begin() + static_cast<std::ptrdiff_t>(index));
-  modified();
   return true;
 }
 
@@ -99,6 +94,13 @@ bool ShapeGroup::setChildTransform(std::size_t index, const AffineMatrix4x4& tra
   m_children[index]->propagateTransform(transform * getTransform());
   modified();
   return true;
+}
+
+kel::UInt32 ShapeGroup::getModifiedCount() const
+{
+  kel::UInt32 count = Shape::getModifiedCount();
+  for (const auto& child : m_children) count += child->getModifiedCount();
+  return count;
 }
 
 Real ShapeGroup::getVolume() const

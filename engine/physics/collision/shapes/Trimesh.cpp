@@ -49,7 +49,7 @@ void Trimesh::updateMeshGeometry(bool connectivity, bool warn)
   m_data->update(connectivity);
   repair(warn);
   m_data->buildTree();
-  modified();
+  m_data->modified();
 }
 
 void Trimesh::repair(bool warn)
@@ -77,7 +77,7 @@ void Trimesh::repair(bool warn)
 void Trimesh::setBottomMargin(kel::Real margin)
 {
   m_data->setBottomMargin(margin);
-  modified();
+  m_data->modified();
 }
 
 BoundingAABB Trimesh::calculateLocalBound() const
