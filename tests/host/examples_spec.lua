@@ -12,7 +12,8 @@ describe("the example", function()
   it("list is complete here", function()
     local listed = shell.run("ls examples/*.lua").out
     assert.equal("examples/01_falling_box.lua\nexamples/02_step_listener.lua\nexamples/03_vectors.lua\n"
-                   .. "examples/04_many_boxes.lua\nexamples/05_rotations.lua\nexamples/06_materials.lua\n", listed)
+                   .. "examples/04_many_boxes.lua\nexamples/05_rotations.lua\nexamples/06_materials.lua\n"
+                   .. "examples/07_sleep.lua\n", listed)
   end)
 
   it("01: a box falls, bounces and rests", function()
@@ -68,5 +69,11 @@ describe("the example", function()
     -- Half the square of the speed by friction times gravity; the rubber's is the mean with the ground's.
     assert.near(8 / (math.sqrt(0.5) * 9.80665), tonumber(rubber), 0.06)
     assert.near(8 / (0.1 * 9.80665), tonumber(ice), 0.06)
+  end)
+
+  it("07: towers sleep, and the one that is hit wakes", function()
+    local out = example("07_sleep.lua")
+    assert.truthy(out:find("2.00 s: 5 of 5 asleep in tower 1, 5 of 5 asleep in tower 2", 1, true), out)
+    assert.truthy(out:find("2.30 s: 0 of 5 asleep in tower 1, 5 of 5 asleep in tower 2", 1, true), out)
   end)
 end)
