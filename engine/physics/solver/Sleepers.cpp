@@ -33,7 +33,7 @@ bool isSlow(const RigidBody& body, const AutoSleepThreshold& threshold)
 void addRow(Digest& digest, const ConstraintRow& row)
 {
   digest.add(row.form).add(row.bodies).add(row.linear).add(row.angular).add(row.target);
-  digest.add(row.compliance).add(row.damping).add(row.lowerForce).add(row.upperForce);
+  digest.add(row.compliance).add(row.damping).add(row.lowerForce).add(row.upperForce).add(row.softness);
 }
 
 UInt64 digestOf(const ContactMaterial& material)

@@ -5,7 +5,6 @@
 #include "solver/Digest.h"
 #include "solver/Islands.h"
 #include "solver/SolverBodies.h"
-#include <span>
 #include <vector>
 
 namespace kel {
