@@ -2,6 +2,7 @@
 #include "kel/BallJoint.h"
 #include "kel/DistanceJoint.h"
 #include "kel/Hinge.h"
+#include "kel/IterativeProjectedConeFriction.h"
 #include "kel/LockJoint.h"
 #include "kelCollide/Capsule.h"
 #include <algorithm>
@@ -157,6 +158,27 @@ TEST(Robustness, LinksThatTouchTheirNeighboursStayCalm)
         ASSERT_LT(link->getVelocity().length(), fastest) << ratio << ' ' << i;
     }
   }
+}
+
+// Walls that are nearer than the boxes between them are wide: nothing can meet all contacts.
+TEST(Robustness, WedgedBodiesStayCalm)
+{
+  for (const auto type : {FrictionModel::SPLIT, FrictionModel::DIRECT, FrictionModel::ITERATIVE})
+    for (const Real gap : {0.99, 0.6})
+      for (const Real timeStep : {1.0 / 60, 1e-3}) {
+        Ground ground(timeStep);
+        ground.contact->setFrictionModel(new IterativeProjectedConeFriction(type));
+        ground.addGeometry(new kelCollide::Plane(Vec3(1, 0, 0), gap / 2));
+        ground.addGeometry(new kelCollide::Plane(Vec3(-1, 0, 0), gap / 2));
+        std::vector<RigidBody*> boxes;
+        for (int i = 0; i < 5; ++i)
+          boxes.push_back(ground.addBody(new Box(0.5, 0.5, 0.5), Vec3(0.03 * i, 0.02 * i, 0.5 + 0.9 * i), 1,
+                                         Quat(0.1 * i, Vec3(1, 2, 3).normal())));
+        for (int i = 0; i < 300; ++i) {
+          ground.step(1);
+          for (const RigidBody* box : boxes) ASSERT_LT(box->getVelocity().length(), 10) << type << ' ' << gap;
+        }
+      }
 }
 
 TEST(Robustness, JointsFetchBodiesThatWereCarriedOff)

@@ -17,6 +17,9 @@ constexpr Real LEAST_DAMPING_STEPS = 1;
 /// rad/s. Joints whose bodies somebody has carried off would shoot otherwise.
 constexpr Real MAX_CORRECTION = 100;
 
+/// Energy over what can be expected from which on a solution is none.
+constexpr Real GREATEST_GAIN = 100;
+
 /// Two numbers side by side: the compiler's vectors, in registers of any processor.
 typedef Real Pair __attribute__((vector_size(16), aligned(8), may_alias));
 
@@ -252,6 +255,46 @@ void RowSystem::limitAlongSliding(const Friction& friction, Real (&limits)[2]) c
   project(allowed, limits[0], limits[1], true);
   if (allowed[0] == wanted[0] && allowed[1] == wanted[1]) return;
   for (std::size_t k = 0; k < 2; ++k) limits[k] = std::fabs(allowed[k]);
+}
+
+template <class Visit> void RowSystem::visitRows(Visit visit) const
+{
+  for (const ScaledRow& row : m_rows) visit(row);
+  for (const Friction& friction : m_frictions)
+    for (const ScaledRow& row : friction.rows) visit(row);
+}
+
+bool RowSystem::hasDirectFriction() const
+{
+  return std::any_of(m_frictions.begin(), m_frictions.end(), [](const Friction& friction) {
+    return (friction.rows[0].solveType & Constraint::DIRECT) != 0;
+  });
+}
+
+bool RowSystem::hasExploded() const
+{
+  Real energy = 0; // twice that of the bodies, once for each row
+  Real expected = 0;
+  visitRows([&](const ScaledRow& row) {
+    expected += row.rhs * row.rhs * row.inverseDiagonal;
+    for (std::size_t side = 0; side < 2; ++side) {
+      if (row.body[side] == 0) continue;
+      Real free[6];
+      m_bodies[row.body[side]].scaleFreeVelocity(free);
+      expected += dot(free, free);
+      energy += dot(*row.velocity[side], *row.velocity[side]);
+    }
+  });
+  return energy > GREATEST_GAIN * expected;
+}
+
+void RowSystem::release()
+{
+  for (ScaledRow& row : m_rows)
+    if (row.solveType) setImpulse(row, 0);
+  for (Friction& friction : m_frictions)
+    for (ScaledRow& row : friction.rows)
+      if (row.solveType) setImpulse(row, 0);
 }
 
 void RowSystem::setIterative()

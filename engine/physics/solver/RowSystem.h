@@ -72,6 +72,12 @@ public:
   /// Lets friction keep the bounds that the normals give it now.
   void freezeFrictionBounds();
   bool hasRowsOf(UInt32 solveType) const { return (m_solveTypes & solveType) != 0; }
+  bool hasDirectFriction() const;
+  /// Whether the bodies are far faster than they would be by forces alone and the speeds that rows ask for.
+  /// Bodies that are wedged in get there where all friction has to hold exactly.
+  bool hasExploded() const;
+  /// Takes all impulses back.
+  void release();
   /// Makes all rows iterative.
   void setIterative();
   /// Makes the friction iterative; whether some was not.
@@ -96,6 +102,7 @@ private:
   void start(ScaledRow& row, Real impulse);
   /// What the coefficients of a bound are times of.
   Real boundingImpulse(const FrictionBound& bound) const;
+  template <class Visit> void visitRows(Visit visit) const;
   void limitAlongSliding(const Friction& friction, Real (&limits)[2]) const;
   bool sweepRows();
   bool sweepFrictions();

@@ -16,7 +16,10 @@ constexpr UInt32 NUM_FOLLOWING_TURNS = 2;
 SplitSolver::Result SplitSolver::solve(RowSystem& rows, UInt32 maxSweeps)
 {
   Result result;
-  if (solveDirectly(rows, maxSweeps, result)) return result;
+  if (solveDirectly(rows, maxSweeps, result)) {
+    if (!rows.hasDirectFriction() || !rows.hasExploded()) return result;
+    rows.release();
+  }
   result.fellBack = !m_directRows.empty();
   // Joints stay exact where it is friction that has no direct solution.
   if (rows.setFrictionIterative() && solveDirectly(rows, maxSweeps, result)) return result;
