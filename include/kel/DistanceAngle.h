@@ -12,6 +12,8 @@ public:
 
   void transform(const AttachmentPair& pair) override;
   void fillRow(const AttachmentPair& pair, ConstraintRow& row) const override;
+  /// Makes the Jacobians of two rows those of the ways across the distance.
+  void fillRowsAcross(const AttachmentPair& pair, ConstraintRow& row1, ConstraintRow& row2) const;
 
 protected:
   ~DistanceAngle() override = default;

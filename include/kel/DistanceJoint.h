@@ -4,7 +4,7 @@
 namespace kel {
 
 /// Holds two anchors at the distance that they have at first. The angle is the distance, m. Its only degree
-/// of freedom is the lock, which is enabled.
+/// of freedom is the lock, which is enabled. At distance 0, without bounds of the force, it is a ball joint.
 class DistanceJoint : public Constraint1DOF
 {
 public:

@@ -69,4 +69,11 @@ void DistanceAngle::fillRow(const AttachmentPair& pair, ConstraintRow& row) cons
   fillLinear(row, pair, m_direction);
 }
 
+void DistanceAngle::fillRowsAcross(const AttachmentPair& pair, ConstraintRow& row1, ConstraintRow& row2) const
+{
+  const Quat turn(Z_AXIS, m_direction);
+  fillLinear(row1, pair, turn * X_AXIS);
+  fillLinear(row2, pair, turn * Y_AXIS);
+}
+
 } // namespace kel

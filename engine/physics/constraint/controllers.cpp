@@ -1,4 +1,5 @@
 #include "constraint/rows.h"
+#include "kel/DistanceAngle.h"
 #include "kel/ElectricMotorController.h"
 #include "kel/LockController.h"
 #include "kel/RangeController.h"
@@ -8,6 +9,11 @@
 #include <numbers>
 
 namespace kel {
+
+namespace {
+/// Below this a distance to be held is none, m.
+constexpr Real LEAST_DISTANCE = 1e-9;
+} // namespace
 
 BasicControllerConstraint::BasicControllerConstraint(const ConstraintAngleBasedData& data,
                                                      RegularizationParameters::Type type)
@@ -89,6 +95,18 @@ void LockController::addRows(Real, std::vector<ConstraintRow>& buffer)
 {
   ConstraintRow& row = addAngleRow(buffer);
   row.target = m_angle->getValue() - m_position;
+  const auto* distance = dynamic_cast<const DistanceAngle*>(m_angle.get());
+  if (!distance || m_position > LEAST_DISTANCE || std::isfinite(row.lowerForce) ||
+      std::isfinite(row.upperForce))
+    return;
+  // Without a distance its direction turns within a step, and other rows would push the bodies round it.
+  ConstraintRow across[2] = {row, row};
+  distance->fillRowsAcross(m_pair, across[0], across[1]);
+  for (ConstraintRow& each : across) {
+    each.target = 0;
+    each.force = nullptr;
+    buffer.push_back(each);
+  }
 }
 
 ScrewController::ScrewController(const ConstraintAngleBasedData& data, Angle* rotation)
