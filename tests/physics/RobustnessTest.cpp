@@ -4,6 +4,7 @@
 #include "kel/Hinge.h"
 #include "kel/IterativeProjectedConeFriction.h"
 #include "kel/LockJoint.h"
+#include "kel/Range1D.h"
 #include "kelCollide/Capsule.h"
 #include <algorithm>
 #include <cmath>
@@ -197,6 +198,26 @@ TEST(Robustness, JointsFetchBodiesThatWereCarriedOff)
     }
     EXPECT_LT(body->getPosition().length() + body->getVelocity().length(), 1e-3) << timeStep;
   }
+}
+
+TEST(Robustness, RangesAndGroundsAheadDoNotSlowWhatIsFast)
+{
+  Scene scene;
+  scene.simulation->setUniformGravity(Vec3());
+  RigidBody* rotor = scene.addBody(new kelCollide::Sphere(0.5), Vec3(), 1);
+  auto* hinge = new kel::Hinge(kel::HingeFrame(Vec3(), Vec3(0, 0, 1)), rotor);
+  hinge->getRange1D()->setRange(RangeReal(-1000, 1000));
+  hinge->getRange1D()->setEnable(true);
+  scene.simulation->add(hinge);
+  rotor->setAngularVelocity(0, 0, 150);
+  scene.step(30);
+  EXPECT_NEAR(rotor->getAngularVelocity().z(), 150, 1e-6);
+
+  Ground ground(1e-4);
+  RigidBody* bullet = ground.addBody(new kelCollide::Sphere(1), Vec3(0, 0, 1.019), 1);
+  bullet->setVelocity(0, 0, -150);
+  ground.step(1);
+  EXPECT_NEAR(bullet->getVelocity().z(), -150, 1e-2);
 }
 
 // A door on four hinges: three of them say nothing new.

@@ -57,12 +57,15 @@ Real dampingOf(const ConstraintRow& source, Real inverseMass, Real timeStep)
   return source.damping < 0 ? ConstraintRow::DEFAULT_DAMPING : source.damping;
 }
 
-/// The speed at which a row takes its violation back, at a rate in 1/s.
+/// The speed at which a row takes its violation back, at a rate in 1/s. Rows that only push leave free how
+/// fast what is still ahead of them may come.
 Real correction(const ConstraintRow& source, Real inverseMass, Real timeStep, Real rate)
 {
-  const Real speed = -source.target * rate;
+  Real speed = -source.target * rate;
   if (isResolved(source, inverseMass, timeStep)) return speed;
-  return std::min(std::max(speed, -MAX_CORRECTION), MAX_CORRECTION);
+  if (source.upperForce > 0) speed = std::min(speed, MAX_CORRECTION);
+  if (source.lowerForce < 0) speed = std::max(speed, -MAX_CORRECTION);
+  return speed;
 }
 
 /// Brings an impulse into a rectangle of the half widths a and b, or, along itself, into the ellipse in it.
