@@ -18,7 +18,7 @@ constexpr Real LEAST_DAMPING_STEPS = 1;
 constexpr Real MAX_CORRECTION = 100;
 
 /// Energy over what can be expected from which on a solution is none.
-constexpr Real GREATEST_GAIN = 100;
+constexpr Real GREATEST_GAIN = 10;
 
 /// Two numbers side by side: the compiler's vectors, in registers of any processor.
 typedef Real Pair __attribute__((vector_size(16), aligned(8), may_alias));
@@ -110,6 +110,7 @@ void RowSystem::clear()
 {
   m_rows.clear();
   m_frictions.clear();
+  m_givenBounds.clear();
   m_solveTypes = 0;
 }
 
@@ -212,14 +213,19 @@ Index RowSystem::addFriction(const ConstraintRow& u, const ConstraintRow& v, Ind
   return static_cast<Index>(m_frictions.size() - 1);
 }
 
+template <class Self, class Visit> void RowSystem::visitRows(Self& self, Visit visit)
+{
+  for (auto& row : self.m_rows) visit(row);
+  for (auto& friction : self.m_frictions)
+    for (auto& row : friction.rows) visit(row);
+}
+
 void RowSystem::getDirectRows(std::vector<ScaledRow*>& rows)
 {
   rows.clear();
-  for (ScaledRow& row : m_rows)
+  visitRows(*this, [&rows](ScaledRow& row) {
     if (row.solveType & Constraint::DIRECT) rows.push_back(&row);
-  for (Friction& friction : m_frictions)
-    for (ScaledRow& row : friction.rows)
-      if (row.solveType & Constraint::DIRECT) rows.push_back(&row);
+  });
 }
 
 bool RowSystem::updateFrictionBounds()
@@ -242,7 +248,9 @@ bool RowSystem::updateFrictionBounds()
 
 void RowSystem::freezeFrictionBounds()
 {
+  m_givenBounds.clear();
   for (Friction& friction : m_frictions) {
+    m_givenBounds.push_back(friction.bound);
     friction.bound.offset = boundingImpulse(friction.bound);
     friction.bound.normal = FrictionBound::NO_ROW;
   }
@@ -260,13 +268,6 @@ void RowSystem::limitAlongSliding(const Friction& friction, Real (&limits)[2]) c
   for (std::size_t k = 0; k < 2; ++k) limits[k] = std::fabs(allowed[k]);
 }
 
-template <class Visit> void RowSystem::visitRows(Visit visit) const
-{
-  for (const ScaledRow& row : m_rows) visit(row);
-  for (const Friction& friction : m_frictions)
-    for (const ScaledRow& row : friction.rows) visit(row);
-}
-
 bool RowSystem::hasDirectFriction() const
 {
   return std::any_of(m_frictions.begin(), m_frictions.end(), [](const Friction& friction) {
@@ -278,7 +279,7 @@ bool RowSystem::hasExploded() const
 {
   Real energy = 0; // twice that of the bodies, once for each row
   Real expected = 0;
-  visitRows([&](const ScaledRow& row) {
+  visitRows(*this, [&](const ScaledRow& row) {
     expected += row.rhs * row.rhs * row.inverseDiagonal;
     for (std::size_t side = 0; side < 2; ++side) {
       if (row.body[side] == 0) continue;
@@ -293,11 +294,11 @@ bool RowSystem::hasExploded() const
 
 void RowSystem::release()
 {
-  for (ScaledRow& row : m_rows)
+  visitRows(*this, [](ScaledRow& row) {
     if (row.solveType) setImpulse(row, 0);
-  for (Friction& friction : m_frictions)
-    for (ScaledRow& row : friction.rows)
-      if (row.solveType) setImpulse(row, 0);
+  });
+  for (std::size_t i = 0; i < m_givenBounds.size(); ++i) m_frictions[i].bound = m_givenBounds[i];
+  m_givenBounds.clear();
 }
 
 void RowSystem::setIterative()

@@ -72,11 +72,12 @@ public:
   /// Lets friction keep the bounds that the normals give it now.
   void freezeFrictionBounds();
   bool hasRowsOf(UInt32 solveType) const { return (m_solveTypes & solveType) != 0; }
+  /// Whether some friction is to be solved directly.
   bool hasDirectFriction() const;
   /// Whether the bodies are far faster than they would be by forces alone and the speeds that rows ask for.
   /// Bodies that are wedged in get there where all friction has to hold exactly.
   bool hasExploded() const;
-  /// Takes all impulses back.
+  /// Takes all impulses back, and gives friction that was frozen its bounds again.
   void release();
   /// Makes all rows iterative.
   void setIterative();
@@ -102,7 +103,8 @@ private:
   void start(ScaledRow& row, Real impulse);
   /// What the coefficients of a bound are times of.
   Real boundingImpulse(const FrictionBound& bound) const;
-  template <class Visit> void visitRows(Visit visit) const;
+  /// Visits all rows of a system, which is constant or not: friction last, in the order of their addition.
+  template <class Self, class Visit> static void visitRows(Self& self, Visit visit);
   void limitAlongSliding(const Friction& friction, Real (&limits)[2]) const;
   bool sweepRows();
   bool sweepFrictions();
@@ -112,7 +114,8 @@ private:
   ScaledVelocity m_still; // of all that does not move: systems that are solved side by side share nothing
   std::vector<ScaledRow> m_rows;
   std::vector<Friction> m_frictions;
-  UInt32 m_solveTypes = 0; // of all rows together
+  std::vector<FrictionBound> m_givenBounds; // of these, while they are frozen
+  UInt32 m_solveTypes = 0;                  // of all rows together
 };
 
 /// Changes the impulse of a row, N s, and the velocities of its bodies with it.

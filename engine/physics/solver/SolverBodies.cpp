@@ -40,7 +40,7 @@ void SolverBodies::stiffen()
   for (const auto& constraint : m_system->getConstraints())
     for (std::size_t side = 0; side < 2; ++side) addStiffness(*constraint, side);
   for (std::size_t i = 1; i < m_bodies.size(); ++i)
-    if (m_bodies[i].isMovable())
+    if (m_bodies[i].isMovable() && !m_stiffnesses[i].isZero(0))
       m_bodies[i].stiffen(m_stiffnesses[i], m_timeStep, m_system->getRigidBodies()[i - 1]->m_stiffening);
 }
 

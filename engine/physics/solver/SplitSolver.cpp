@@ -16,16 +16,24 @@ constexpr UInt32 NUM_FOLLOWING_TURNS = 2;
 SplitSolver::Result SplitSolver::solve(RowSystem& rows, UInt32 maxSweeps)
 {
   Result result;
-  if (solveDirectly(rows, maxSweeps, result)) {
-    if (!rows.hasDirectFriction() || !rows.hasExploded()) return result;
-    rows.release();
-  }
+  if (rows.hasDirectFriction() ? solveSoundly(rows, maxSweeps, result)
+                               : solveDirectly(rows, maxSweeps, result))
+    return result;
   result.fellBack = !m_directRows.empty();
   // Joints stay exact where it is friction that has no direct solution.
-  if (rows.setFrictionIterative() && solveDirectly(rows, maxSweeps, result)) return result;
+  if (rows.setFrictionIterative() && solveSoundly(rows, maxSweeps, result)) return result;
   if (result.fellBack) rows.setIterative();
   result.sweeps += rows.sweep(maxSweeps);
   return result;
+}
+
+bool SplitSolver::solveSoundly(RowSystem& rows, UInt32 maxSweeps, Result& result)
+{
+  if (!solveDirectly(rows, maxSweeps, result)) return false;
+  if (!rows.hasExploded()) return true;
+  rows.release();
+  result.directRows = 0;
+  return false;
 }
 
 bool SplitSolver::solveDirectly(RowSystem& rows, UInt32 maxSweeps, Result& result)

@@ -20,6 +20,8 @@ public:
   Result solve(RowSystem& rows, UInt32 maxSweeps);
 
 private:
+  /// The same as `solveDirectly`, but takes a solution back that makes bodies explode.
+  bool solveSoundly(RowSystem& rows, UInt32 maxSweeps, Result& result);
   bool solveDirectly(RowSystem& rows, UInt32 maxSweeps, Result& result);
   bool solveInTurns(RowSystem& rows, UInt32 maxSweeps, UInt32& sweeps);
 
